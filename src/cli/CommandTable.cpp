@@ -1,0 +1,23 @@
+#include "cli/CliCommand.h"
+#include "cli/commands/DocumentCommands.h"
+
+namespace tarvix::cli {
+
+const std::vector<std::unique_ptr<CliCommand>>& AllCommands()
+{
+    static const std::vector<std::unique_ptr<CliCommand>> commands = [] {
+        std::vector<std::unique_ptr<CliCommand>> all;
+        all.push_back(MakeMemoryCommand());
+        all.push_back(MakePartsCommand());
+        all.push_back(MakeTracksCommand());
+        all.push_back(MakeSongsCommand());
+        all.push_back(MakeStepsCommand());
+        all.push_back(MakeListCommand());
+        all.push_back(MakeNewCommand());
+        all.push_back(MakeRewriteCommand());
+        return all;
+    }();
+    return commands;
+}
+
+} // namespace tarvix::cli

@@ -1,0 +1,98 @@
+#include "cli/CliCommand.h"
+#include "cli/CliSupport.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace tarvix::cli {
+
+namespace {
+const OptionSpec* FindOption(const std::vector<OptionSpec>& options, const std::string& name)
+{
+    const auto found = std::find_if(options.begin(), options.end(),
+                                    [&](const OptionSpec& option) { return name == option.name; });
+    return found == options.end() ? nullptr : &*found;
+}
+
+void PrintCommandHelp(const CliCommand& command, std::FILE* out)
+{
+    std::fprintf(out, "Usage: %s\n\n%s\n", UsageLine(command).c_str(), command.Summary());
+    const auto options = command.Options();
+    if (!options.empty())
+        std::fputs("\nOptions:\n", out);
+    for (const OptionSpec& option : options)
+        std::fprintf(out, "  %-16s %s\n", option.name, option.help);
+}
+
+void PrintOverview(std::FILE* out)
+{
+    std::fputs("Usage: tarvix-cli COMMAND [ARGUMENTS]\n\n"
+               "Reads and writes Alesis MMT-8 memory dumps (.syx).\n"
+               "Parts and songs are numbered 0-99, tracks 1-8, steps from 1.\n\n"
+               "Commands:\n",
+               out);
+    for (const auto& command : AllCommands())
+        std::fprintf(out, "  %-10s %s\n", command->Name(), command->Summary());
+    std::fputs("\nRun 'tarvix-cli COMMAND --help' for a command's arguments.\n", out);
+}
+
+bool IsOptionWord(const std::string& word)
+{
+    return word.size() > 1 && word[0] == '-';
+}
+
+int ParseAndRun(const CliCommand& command, std::span<const std::string> words,
+                const CliOutput& output)
+{
+    const auto options = command.Options();
+    ParsedArguments arguments;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::string& word = words[i];
+        if (word == "--help" || word == "-h") {
+            PrintCommandHelp(command, output.out);
+            return kExitSuccess;
+        }
+        if (!IsOptionWord(word)) {
+            arguments.positionals.push_back(word);
+            continue;
+        }
+        const OptionSpec* option = FindOption(options, word);
+        if (!option)
+            return UsageError(command, "unknown option '" + word + "'", output);
+        if (option->takesValue && i + 1 >= words.size())
+            return UsageError(command, "option '" + word + "' needs a value", output);
+        arguments.options[word] = option->takesValue ? words[++i] : std::string{};
+    }
+    const std::size_t expected = command.PositionalNames().size();
+    if (arguments.positionals.size() != expected)
+        return UsageError(command,
+                          "expected " + std::to_string(expected) + " argument(s), got " +
+                              std::to_string(arguments.positionals.size()),
+                          output);
+    for (const OptionSpec& option : options)
+        if (option.required && !arguments.Has(option.name))
+            return UsageError(command, std::string("option '") + option.name + "' is required",
+                              output);
+    return command.Run(arguments, output);
+}
+} // namespace
+
+int RunCli(std::span<const std::string> words, const CliOutput& output)
+{
+    if (words.empty()) {
+        PrintOverview(output.err);
+        return kExitUsage;
+    }
+    if (words[0] == "--help" || words[0] == "-h" || words[0] == "help") {
+        PrintOverview(output.out);
+        return kExitSuccess;
+    }
+    for (const auto& command : AllCommands())
+        if (words[0] == command->Name())
+            return ParseAndRun(*command, words.subspan(1), output);
+    std::fprintf(output.err, "tarvix-cli: unknown command '%s'\nRun 'tarvix-cli --help' for the list.\n",
+                 words[0].c_str());
+    return kExitUsage;
+}
+
+} // namespace tarvix::cli

@@ -1,0 +1,262 @@
+#include "io/platform/PlatformFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <limits>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tarvix::platform {
+
+const ErrorCode kErrorDiskFull = ENOSPC;
+const ErrorCode kErrorInvalidData = ENODATA;
+const ErrorCode kErrorFileExists = EEXIST;
+const ErrorCode kErrorOverflow = EOVERFLOW;
+
+namespace {
+
+int Descriptor(FileHandle handle)
+{
+    return static_cast<int>(handle);
+}
+
+ErrorCode Errno()
+{
+    return static_cast<ErrorCode>(errno);
+}
+
+// One system call at most SSIZE_MAX bytes; our counts are 32-bit anyway.
+constexpr std::size_t kMaxChunk = std::numeric_limits<std::uint32_t>::max() / 2 + 1;
+
+int OpenFlags(FileAccess access, FileDisposition disposition)
+{
+    int flags = O_CLOEXEC;
+    switch (access) {
+    case FileAccess::Read: flags |= O_RDONLY; break;
+    case FileAccess::Write: flags |= O_WRONLY; break;
+    case FileAccess::ReadWrite: flags |= O_RDWR; break;
+    }
+    switch (disposition) {
+    case FileDisposition::OpenExisting: break;
+    case FileDisposition::CreateAlways: flags |= O_CREAT | O_TRUNC; break;
+    case FileDisposition::CreateNew: flags |= O_CREAT | O_EXCL; break;
+    case FileDisposition::OpenAlways: flags |= O_CREAT; break;
+    }
+    return flags;
+}
+
+std::string FolderOf(const std::string& path)
+{
+    const auto slash = path.find_last_of('/');
+    if (slash == std::string::npos)
+        return ".";
+    if (slash == 0)
+        return "/";
+    return path.substr(0, slash);
+}
+
+// Makes a rename durable; a failure here does not undo the rename, so it is
+// not reported.
+void SyncFolder(const std::string& path)
+{
+    const int folder = ::open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return;
+    ::fsync(folder);
+    ::close(folder);
+}
+
+} // namespace
+
+ErrorCode LastError()
+{
+    return Errno();
+}
+
+std::string ErrorText(ErrorCode code)
+{
+    // strerror's text, without strerror's shared buffer.
+    return std::system_category().message(static_cast<int>(code));
+}
+
+FileHandle OpenFile(const std::string& path, FileAccess access, FileShare /*share*/,
+                    FileDisposition disposition, std::uint32_t /*flags*/, ErrorCode& error)
+{
+    // Sharing and attributes have no meaning here; other processes may
+    // always open the file.
+    int fd = -1;
+    do {
+        fd = ::open(path.c_str(), OpenFlags(access, disposition), 0666);
+    } while (fd < 0 && errno == EINTR);
+    if (fd < 0) {
+        error = Errno();
+        return kInvalidFileHandle;
+    }
+    // A folder opens for reading here but is no file to read or map.
+    struct stat info {};
+    if (::fstat(fd, &info) == 0 && S_ISDIR(info.st_mode)) {
+        ::close(fd);
+        error = EISDIR;
+        return kInvalidFileHandle;
+    }
+    error = 0;
+    return fd;
+}
+
+void CloseFile(FileHandle handle)
+{
+    // Not retried on EINTR: the descriptor is released either way.
+    ::close(Descriptor(handle));
+}
+
+bool ReadFile(FileHandle handle, void* buffer, std::uint32_t count, std::uint32_t& done,
+              ErrorCode& error)
+{
+    auto* bytes = static_cast<std::uint8_t*>(buffer);
+    done = 0;
+    while (done < count) {
+        const std::size_t chunk = std::min<std::size_t>(count - done, kMaxChunk);
+        const ssize_t result = ::read(Descriptor(handle), bytes + done, chunk);
+        if (result < 0) {
+            if (errno == EINTR)
+                continue;
+            error = Errno();
+            return false;
+        }
+        if (result == 0)
+            break;
+        done += static_cast<std::uint32_t>(result);
+    }
+    error = 0;
+    return true;
+}
+
+bool WriteFile(FileHandle handle, const void* buffer, std::uint32_t count,
+               std::uint32_t& done, ErrorCode& error)
+{
+    const auto* bytes = static_cast<const std::uint8_t*>(buffer);
+    done = 0;
+    while (done < count) {
+        const std::size_t chunk = std::min<std::size_t>(count - done, kMaxChunk);
+        const ssize_t result = ::write(Descriptor(handle), bytes + done, chunk);
+        if (result < 0) {
+            if (errno == EINTR)
+                continue;
+            error = Errno();
+            return false;
+        }
+        if (result == 0)
+            break;
+        done += static_cast<std::uint32_t>(result);
+    }
+    error = 0;
+    return true;
+}
+
+bool SeekFile(FileHandle handle, std::int64_t distance, SeekMethod method,
+              std::uint64_t& position, ErrorCode& error)
+{
+    int whence = SEEK_SET;
+    switch (method) {
+    case SeekMethod::Begin: whence = SEEK_SET; break;
+    case SeekMethod::Current: whence = SEEK_CUR; break;
+    case SeekMethod::End: whence = SEEK_END; break;
+    }
+    const off_t result = ::lseek(Descriptor(handle), static_cast<off_t>(distance), whence);
+    if (result < 0) {
+        error = Errno();
+        return false;
+    }
+    position = static_cast<std::uint64_t>(result);
+    error = 0;
+    return true;
+}
+
+bool FlushFile(FileHandle handle, ErrorCode& error)
+{
+    int result = 0;
+    do {
+        result = ::fsync(Descriptor(handle));
+    } while (result < 0 && errno == EINTR);
+    if (result < 0) {
+        error = Errno();
+        return false;
+    }
+    error = 0;
+    return true;
+}
+
+bool GetFileSize(FileHandle handle, std::uint64_t& size, ErrorCode& error)
+{
+    struct stat info {};
+    if (::fstat(Descriptor(handle), &info) < 0) {
+        error = Errno();
+        return false;
+    }
+    size = static_cast<std::uint64_t>(info.st_size);
+    error = 0;
+    return true;
+}
+
+MappingHandle CreateMapping(FileHandle handle, bool /*writable*/, ErrorCode& error)
+{
+    // mmap needs no mapping object: the token only has to be non-zero and
+    // the descriptor valid.
+    if (handle < 0 || ::fcntl(Descriptor(handle), F_GETFD) < 0) {
+        error = handle < 0 ? EBADF : Errno();
+        return kNoMapping;
+    }
+    error = 0;
+    return handle + 1;
+}
+
+void CloseMapping(MappingHandle /*mapping*/)
+{
+}
+
+void* MapView(MappingHandle /*mapping*/, FileHandle handle, std::uint64_t size, bool writable,
+              ErrorCode& error)
+{
+    if (size == 0 || size > std::numeric_limits<std::size_t>::max()) {
+        error = EINVAL;
+        return nullptr;
+    }
+    const int protection = writable ? PROT_READ | PROT_WRITE : PROT_READ;
+    void* view = ::mmap(nullptr, static_cast<std::size_t>(size), protection, MAP_SHARED,
+                        Descriptor(handle), 0);
+    if (view == MAP_FAILED) {
+        error = Errno();
+        return nullptr;
+    }
+    error = 0;
+    return view;
+}
+
+void UnmapView(void* view, std::uint64_t size)
+{
+    if (view != nullptr)
+        ::munmap(view, static_cast<std::size_t>(size));
+}
+
+bool ReplaceFile(const std::string& source, const std::string& target, ErrorCode& error)
+{
+    if (::rename(source.c_str(), target.c_str()) < 0) {
+        error = Errno();
+        return false;
+    }
+    SyncFolder(target);
+    error = 0;
+    return true;
+}
+
+bool RemoveFile(const std::string& path)
+{
+    return ::unlink(path.c_str()) == 0;
+}
+
+} // namespace tarvix::platform

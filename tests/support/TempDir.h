@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tarvix::testing {
+
+// A fresh directory for one test, removed with everything in it when the
+// test ends. Tests never write next to the user's own files.
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+
+    const std::filesystem::path& Path() const { return m_path; }
+    // The path of a file inside the directory, as a string for the APIs under test.
+    std::string File(const std::string& name) const;
+
+private:
+    std::filesystem::path m_path;
+};
+
+std::vector<std::uint8_t> ReadAllBytes(const std::string& path);
+void WriteAllBytes(const std::string& path, const std::vector<std::uint8_t>& bytes);
+
+} // namespace tarvix::testing
