@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# Installs the Debian packages Tarvix needs to build and test, when they are
+# missing. Safe to run again: with everything present it changes nothing.
+set -euo pipefail
+
+packages=(
+    cmake ninja-build g++            # the build
+    clang-14 libclang-rt-14-dev      # sanitizers and libFuzzer
+    libgtest-dev libgmock-dev        # unit tests
+    libbenchmark-dev                 # bench/
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
+        missing+=("$package")
+    fi
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+    echo "setup: all build and test packages are installed"
+    exit 0
+fi
+
+echo "setup: installing ${missing[*]}"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    if command -v sudo >/dev/null 2>&1; then
+        as_root=(sudo)
+    else
+        echo "setup: need root (or sudo) to install: ${missing[*]}" >&2
+        exit 1
+    fi
+fi
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -q
+"${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"

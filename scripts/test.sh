@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Sets up, builds from nothing and runs every test: the unit and end-to-end
+# tests, the same tests under AddressSanitizer and UndefinedBehaviorSanitizer,
+# and each fuzz target for a bounded time (FUZZ_SECONDS, default 60).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/setup.sh
+
+echo "== build and test (default)"
+cmake --preset default
+cmake --build --preset default
+ctest --preset default
+
+echo "== build and test (asan: AddressSanitizer + UndefinedBehaviorSanitizer)"
+cmake --preset asan
+cmake --build --preset asan
+ctest --preset asan
+
+echo "== fuzz"
+scripts/fuzz.sh "${FUZZ_SECONDS:-60}"
