@@ -32,22 +32,24 @@ bool CreateTemporaryFile(const std::string& target, CFileStream& file, std::stri
 
 } // namespace
 
+// Every message names the file the user asked for, not the temporary one
+// they never chose.
 bool WriteFileReplacing(const std::string& path, const void* bytes, std::uint32_t count,
                         std::string& error)
 {
     CFileStream file;
-    if (!CreateTemporaryFile(path, file, error))
+    if (!CreateTemporaryFile(path, file, error)) {
+        error = file.FormatError(file_messages::kWrite, path);
         return false;
+    }
 
     const std::string temporary = file.GetFileName();
-    bool ok = file.Write(bytes, count, error);
-    if (ok && !file.Flush()) {
-        error = file.FormatError(file_messages::kWrite, temporary);
-        ok = false;
-    }
+    const bool written = file.Write(bytes, count, error) && file.Flush();
+    if (!written)
+        error = file.FormatError(file_messages::kWrite, path);
     file.Close();
 
-    if (ok) {
+    if (written) {
         platform::ErrorCode code = 0;
         if (platform::ReplaceFile(temporary, path, code))
             return true;

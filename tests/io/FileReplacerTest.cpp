@@ -42,7 +42,7 @@ TEST(FileReplacerTest, MissingFolderFailsWithTheSystemText)
     const std::string path = dir.File("gone/song.syx");
     std::string error;
     EXPECT_FALSE(Replace(path, "data", error));
-    EXPECT_EQ(error.rfind("Can't open file \"" + path + ".tmp", 0), 0u) << error;
+    EXPECT_EQ(error.rfind("Can't write file \"" + path + "\": ", 0), 0u) << error;
     EXPECT_TRUE(error.ends_with(std::string("\": ") + std::strerror(ENOENT) + "\n")) << error;
     EXPECT_TRUE(FolderEntries(dir.Path()).empty());
 }
@@ -80,7 +80,7 @@ TEST(FileReplacerTest, FailedWriteKeepsTheOldFileByteForByte)
     std::signal(SIGXFSZ, previousHandler);
 
     EXPECT_FALSE(replaced);
-    EXPECT_EQ(error.rfind("Can't write file \"" + path + ".tmp", 0), 0u) << error;
+    EXPECT_EQ(error.rfind("Can't write file \"" + path + "\": ", 0), 0u) << error;
     EXPECT_TRUE(error.ends_with(std::string("\": ") + std::strerror(EFBIG) + "\n")) << error;
     EXPECT_EQ(testing::ReadAllBytes(path), old);
     EXPECT_EQ(FolderEntries(dir.Path()), std::set<std::string>{"song.syx"});
