@@ -1,10 +1,19 @@
 #include "cli/CliCommand.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
 int main(int argc, char** argv)
 {
     const std::vector<std::string> words(argv + 1, argv + argc);
-    return tarvix::cli::RunCli(words, {stdout, stderr});
+    const int status = tarvix::cli::RunCli(words, {stdout, stderr});
+    // Output cut short (a full disk, a closed pipe) must not pass for success.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        std::fprintf(stderr, "tarvix-cli: can't write the output: %s\n", std::strerror(errno));
+        return status == 0 ? 1 : status;
+    }
+    return status;
 }

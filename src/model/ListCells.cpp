@@ -10,11 +10,21 @@ std::string Number(std::uint32_t value) { return FormatText("%u", value); }
 std::string NumberOrEmpty(std::uint32_t value) { return value == 0 ? std::string{} : Number(value); }
 std::string RowLabel(unsigned value) { return FormatText(" %02u", value); }
 
+// Names come from dumps and may hold any byte; a control character shown
+// as it is would break a list row (or a TAB-separated line) apart.
+std::string DisplayName(std::string name)
+{
+    for (char& c : name)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
+            c = '?';
+    return name;
+}
+
 std::string PartCell(const CMmt8Memory& memory, int part, int column)
 {
     switch (column) {
     case 0: return RowLabel(unsigned(part));
-    case 1: return memory.Part(part).name;
+    case 1: return DisplayName(memory.Part(part).name);
     case 2: return NumberOrEmpty(memory.Part(part).beats);
     case 3: return Number(memory.GetPartSize(part));
     default: return {};
@@ -37,7 +47,7 @@ std::string SongCell(const CMmt8Memory& memory, int song, int column)
 {
     switch (column) {
     case 0: return RowLabel(unsigned(song));
-    case 1: return memory.Song(song).name;
+    case 1: return DisplayName(memory.Song(song).name);
     case 2: return NumberOrEmpty(memory.Song(song).tempo);
     case 3: return Number(memory.GetSongSize(song));
     default: return {};
@@ -50,7 +60,7 @@ std::string StepCell(const CMmt8Memory& memory, int song, int step, int column)
     const bool known = CMmt8Memory::IsPart(part);
     switch (column) {
     case 0: return RowLabel(unsigned(part));
-    case 1: return known ? memory.Part(part).name : std::string{};
+    case 1: return known ? DisplayName(memory.Part(part).name) : std::string{};
     case 2: return known ? NumberOrEmpty(memory.Part(part).beats) : std::string{};
     case 3: return memory.GetStepTracksText(song, step);
     default: return {};
