@@ -176,7 +176,10 @@ private:
 
 bool BuildImage(const CMmt8Memory& memory, CByteBuffer& image, std::string& error)
 {
-    return ImageWriter(memory, image, error).Write();
+    if (ImageWriter(memory, image, error).Write())
+        return true;
+    image.Clear();
+    return false;
 }
 
 } // namespace tarvix

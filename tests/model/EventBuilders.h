@@ -7,7 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
+#include <sstream>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -21,6 +24,14 @@ inline Bytes ToBytes(const CByteBuffer& buffer)
 {
     const auto view = buffer.View();
     return Bytes(view.begin(), view.end());
+}
+
+inline Bytes Concat(std::initializer_list<Bytes> parts)
+{
+    Bytes all;
+    for (const auto& part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
 }
 
 inline Bytes Encoded(const CMmt8Event& event)
@@ -61,8 +72,7 @@ inline std::unique_ptr<CMmt8PitchBendEvent> Bend(std::uint16_t time, std::uint16
     return event;
 }
 
-template <typename Event>
-std::unique_ptr<Event> Untimed(std::unique_ptr<Event> event)
+template <typename Event> std::unique_ptr<Event> Untimed(std::unique_ptr<Event> event)
 {
     event->timed = 0;
     return event;
@@ -81,25 +91,29 @@ CMmt8Track TrackOf(std::uint8_t channel, std::unique_ptr<Events>... events)
 inline CMmt8Track TrackOfEveryKind()
 {
     return TrackOf(9, Note(0, 60, 96, 3, 0x64), Untimed(Make<CMmt8ControlEvent>(0, 3, 7, 0x64)),
-                   Make<CMmt8ProgramEvent>(0x30, 3, 0x15), Make<CMmt8AftertouchEvent>(0x60, 15, 0x40),
-                   Untimed(Bend(0x60, 0x2000, 1)), Make<CMmt8SysexEvent>(0x1234, 0x43, 0x10, 0x7F),
+                   Make<CMmt8ProgramEvent>(0x30, 3, 0x15),
+                   Make<CMmt8AftertouchEvent>(0x60, 15, 0x40), Untimed(Bend(0x60, 0x2000, 1)),
+                   Make<CMmt8SysexEvent>(0x1234, 0x43, 0x10, 0x7F),
                    Untimed(Make<CMmt8SysexEvent>(0x1234, 0x01, kSysexFiller, kSysexFiller)));
+}
+
+inline std::string Fields(const CMmt8Event& event)
+{
+    std::ostringstream out;
+    out << "kind " << event.GetTypeCode() << " time " << event.time << " timed " << event.timed
+        << " channel " << +event.channel << " data " << +event.data1 << " " << +event.data2;
+    if (const auto* note = dynamic_cast<const CMmt8NoteEvent*>(&event))
+        out << " duration " << note->duration;
+    if (const auto* bend = dynamic_cast<const CMmt8PitchBendEvent*>(&event))
+        out << " value " << bend->value;
+    return out.str();
 }
 
 inline ::testing::AssertionResult SameEvent(const CMmt8Event& a, const CMmt8Event& b)
 {
-    if (a.GetTypeCode() != b.GetTypeCode() || a.time != b.time || a.timed != b.timed ||
-        a.channel != b.channel || a.data1 != b.data1 || a.data2 != b.data2)
-        return ::testing::AssertionFailure() << "kind, time, timed, channel or data differ";
-    const auto* noteA = dynamic_cast<const CMmt8NoteEvent*>(&a);
-    const auto* noteB = dynamic_cast<const CMmt8NoteEvent*>(&b);
-    if (noteA && noteB && noteA->duration != noteB->duration)
-        return ::testing::AssertionFailure() << "durations differ";
-    const auto* bendA = dynamic_cast<const CMmt8PitchBendEvent*>(&a);
-    const auto* bendB = dynamic_cast<const CMmt8PitchBendEvent*>(&b);
-    if (bendA && bendB && bendA->value != bendB->value)
-        return ::testing::AssertionFailure() << "bend values differ";
-    return ::testing::AssertionSuccess();
+    if (Fields(a) == Fields(b))
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << Fields(a) << " against " << Fields(b);
 }
 
 inline ::testing::AssertionResult SameTrack(const CMmt8Track& a, const CMmt8Track& b)
