@@ -22,4 +22,10 @@ std::uint32_t LoadImage(CMmt8Memory& memory, std::span<const std::uint8_t> image
 // (records beyond the reach of 16-bit pointers, a part over 64 KB).
 bool BuildImage(const CMmt8Memory& memory, CByteBuffer& image, std::string& error);
 
+class CMmt8Song;
+// True when a song without steps goes into the image as the device's
+// empty-song record: an empty song, and one named " NO SONG NAME" too, since
+// the device reads that name on a record without steps as "no song".
+bool IsWrittenAsEmptySong(const CMmt8Song& song);
+
 } // namespace tarvix

@@ -3,6 +3,7 @@
 #include "io/ByteBuffer.h"
 #include "model/DeviceImageLayout.h"
 #include "model/Mmt8Memory.h"
+#include "model/Mmt8Names.h"
 #include "model/TextBuilder.h"
 
 #include <algorithm>
@@ -137,7 +138,7 @@ private:
     bool WriteSong(int index)
     {
         const CMmt8Song& song = m_memory.Song(index);
-        const bool emptyRecord = song.steps.empty() && song.tempo == 0 && song.name.empty();
+        const bool emptyRecord = IsWrittenAsEmptySong(song);
         if (song.steps.size() > static_cast<std::size_t>(kMaxSteps))
             return Fail(FormatText("Song %02d has %zu steps, more than the device's %d; nothing "
                                    "was written.\n",
@@ -154,7 +155,7 @@ private:
 
         std::uint8_t header[kSongSteps] = {};
         PutLittle16(header + kSongLength, m_memory.GetSongSize(index));
-        header[kSongTempo] = song.tempo;
+        header[kSongTempo] = emptyRecord ? 0 : song.tempo;
         if (emptyRecord)
             std::copy(kEmptySongName.begin(), kEmptySongName.end(), header + kSongName);
         else
@@ -173,6 +174,14 @@ private:
     std::string& m_error;
 };
 } // namespace
+
+bool IsWrittenAsEmptySong(const CMmt8Song& song)
+{
+    if (!song.steps.empty())
+        return false;
+    const bool unnamedAndUntimed = song.tempo == 0 && song.name.empty();
+    return unnamedAndUntimed || song.name == NormalizeName(kEmptySongName);
+}
 
 bool BuildImage(const CMmt8Memory& memory, CByteBuffer& image, std::string& error)
 {

@@ -462,6 +462,27 @@ TEST(BuildImageTest, RecordsMustStartWithinPointerReach)
     ExpectRefused(big, std::to_string(big.GetMemorySize()));
 }
 
+// The device reads a step-less record named " NO SONG NAME " as no song at
+// all, so such a song 99 is written as exactly that record, every time.
+TEST(BuildImageTest, Song99NamedLikeTheEmptyRecordIsWrittenAsTheEmptyRecord)
+{
+    CMmt8Memory named;
+    named.SetSongName(99, " NO SONG NAME");
+    named.SetSongTempo(99, 120);
+    CByteBuffer image;
+    std::string error;
+    ASSERT_TRUE(BuildImage(named, image, error)) << error;
+
+    CByteBuffer blank;
+    ASSERT_TRUE(BuildImage(CMmt8Memory{}, blank, error)) << error;
+    EXPECT_TRUE(std::ranges::equal(image.View(), blank.View()));
+
+    CMmt8Memory reloaded;
+    LoadImage(reloaded, image.View());
+    EXPECT_TRUE(reloaded.Song(99).IsEmpty());
+    EXPECT_EQ(reloaded.Song(99).name, "");
+}
+
 TEST(BuildImageTest, RefusedImageHoldsNothing)
 {
     CMmt8Memory memory;

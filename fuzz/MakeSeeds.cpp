@@ -1,0 +1,169 @@
+// Writes the fuzzers' seed inputs: tarvix-fuzz-seeds DIR
+// DIR/sysex/ gets dumps of the demo, an empty and small random documents;
+// DIR/records/ gets their tracks, parts, songs and steps in clipboard form.
+#include "RecordSelector.h"
+
+#include "demo/DemoDocument.h"
+#include "io/FileStream.h"
+#include "io/Stream.h"
+#include "model/Mmt8Memory.h"
+#include "model/RecordPersistence.h"
+#include "model/SysexDump.h"
+#include "support/RandomDocument.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+using namespace tarvix;
+
+constexpr int kRandomDocuments = 20;
+// Records are taken from the first few documents only; more add little.
+constexpr int kRecordDocuments = 4;
+constexpr std::size_t kMaxTracksPerDocument = 8;
+
+class SeedWriter {
+public:
+    explicit SeedWriter(std::filesystem::path root) : m_root(std::move(root)) {}
+
+    bool Ok() const { return m_ok; }
+    int Count() const { return m_count; }
+
+    void Write(const std::string& folder, const std::string& name,
+               const std::vector<std::uint8_t>& bytes)
+    {
+        if (!m_ok)
+            return;
+        const std::filesystem::path dir = m_root / folder;
+        std::error_code code;
+        std::filesystem::create_directories(dir, code);
+        std::string error;
+        if (code) {
+            Fail("Can't create " + dir.string() + ": " + code.message() + "\n");
+        } else if (!WriteFileReplacing((dir / name).string(), bytes.data(),
+                                       static_cast<std::uint32_t>(bytes.size()), error)) {
+            Fail(error);
+        } else {
+            ++m_count;
+        }
+    }
+
+    void Fail(const std::string& message)
+    {
+        std::fputs(message.c_str(), stderr);
+        m_ok = false;
+    }
+
+private:
+    std::filesystem::path m_root;
+    bool m_ok = true;
+    int m_count = 0;
+};
+
+std::vector<std::uint8_t> RecordInput(std::vector<std::uint8_t> header, const CStream& stream)
+{
+    const auto bytes = stream.View();
+    header.insert(header.end(), bytes.begin(), bytes.end());
+    return header;
+}
+
+void WriteDump(SeedWriter& seeds, const CMmt8Memory& memory, const std::string& name)
+{
+    std::vector<std::uint8_t> dump;
+    std::string error;
+    if (!BuildDump(memory, dump, error))
+        return seeds.Fail(name + ": " + error);
+    seeds.Write("sysex", name + ".syx", dump);
+}
+
+template <typename Record>
+void WriteRecord(SeedWriter& seeds, Record record, fuzzing::RecordKind kind,
+                 const std::string& name)
+{
+    CStream stream;
+    Persist(record, stream);
+    seeds.Write("records", name + ".rec", RecordInput({fuzzing::MakeSelector(kind)}, stream));
+}
+
+void WriteSteps(SeedWriter& seeds, CMmt8Song song, const std::string& name)
+{
+    // Each length of the song the step lands in, at its start and past its end.
+    for (std::size_t choice = 0; choice < fuzzing::kStepSongLengths.size(); ++choice) {
+        for (const std::uint8_t index : {std::uint8_t{0}, std::uint8_t{200}}) {
+            CStream stream;
+            Persist(song, 0, stream);
+            seeds.Write("records",
+                        name + "-step-" + std::to_string(choice) + "-" + std::to_string(index) +
+                            ".rec",
+                        RecordInput({fuzzing::MakeSelector(fuzzing::RecordKind::Step, choice),
+                                     index},
+                                    stream));
+        }
+    }
+}
+
+void WriteRecords(SeedWriter& seeds, const CMmt8Memory& memory, const std::string& name)
+{
+    std::size_t tracks = 0;
+    bool wroteSteps = false;
+    for (int p = 0; p < kPartCount; ++p) {
+        const CMmt8Part& part = memory.Part(p);
+        if (part.IsEmpty())
+            continue;
+        const std::string partName = name + "-part-" + std::to_string(p);
+        WriteRecord(seeds, part, fuzzing::RecordKind::Part, partName);
+        for (std::size_t t = 0; t < part.tracks.size(); ++t)
+            if (!part.tracks[t].events.empty() && tracks++ < kMaxTracksPerDocument)
+                WriteRecord(seeds, part.tracks[t], fuzzing::RecordKind::Track,
+                            partName + "-track-" + std::to_string(t + 1));
+    }
+    for (int s = 0; s < kSongCount; ++s) {
+        const CMmt8Song& song = memory.Song(s);
+        if (song.steps.empty())
+            continue;
+        const std::string songName = name + "-song-" + std::to_string(s);
+        WriteRecord(seeds, song, fuzzing::RecordKind::Song, songName);
+        if (!wroteSteps) {
+            WriteSteps(seeds, song, songName);
+            wroteSteps = true;
+        }
+    }
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 2) {
+        std::fputs("Usage: tarvix-fuzz-seeds DIR\n", stderr);
+        return 2;
+    }
+    SeedWriter seeds(argv[1]);
+
+    CMmt8Memory memory;
+    WriteDump(seeds, memory, "empty");
+    WriteRecord(seeds, CMmt8Track{}, fuzzing::RecordKind::Track, "empty-track");
+    WriteRecord(seeds, CMmt8Part{}, fuzzing::RecordKind::Part, "empty-part");
+    WriteRecord(seeds, CMmt8Song{}, fuzzing::RecordKind::Song, "empty-song");
+
+    demo::BuildDemoDocument(memory);
+    WriteDump(seeds, memory, "demo");
+    WriteRecords(seeds, memory, "demo");
+
+    const testing::RandomDocumentOptions small{4, 12, 3, 12};
+    for (int i = 0; i < kRandomDocuments; ++i) {
+        std::mt19937 random(static_cast<std::mt19937::result_type>(1000 + i));
+        testing::FillRandomDocument(memory, random, small);
+        const std::string name = "random-" + std::to_string(i);
+        WriteDump(seeds, memory, name);
+        if (i < kRecordDocuments)
+            WriteRecords(seeds, memory, name);
+    }
+
+    if (!seeds.Ok())
+        return 1;
+    std::printf("%d seeds written to %s\n", seeds.Count(), argv[1]);
+    return 0;
+}
