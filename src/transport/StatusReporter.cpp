@@ -1,0 +1,8 @@
+#include "transport/StatusReporter.h"
+
+namespace tarvix {
+
+// Anchors the interface's virtual table in one object file.
+StatusReporter::~StatusReporter() = default;
+
+} // namespace tarvix
