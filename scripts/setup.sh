@@ -8,6 +8,7 @@ packages=(
     clang-14 libclang-rt-14-dev      # sanitizers and libFuzzer
     libgtest-dev libgmock-dev        # unit tests
     libbenchmark-dev                 # bench/
+    qt6-base-dev                     # QtCore settings store (and later the editor)
     python3-mido midicsv             # outside peers for the MIDI file tests
 )
 
