@@ -19,6 +19,21 @@ constexpr std::uint32_t kPartHeaderSize = 42;
 constexpr std::uint32_t kSongOverhead = 18;
 
 std::size_t Index(int value) { return static_cast<std::size_t>(value); }
+
+// Clears the item at index, or every item for -1.
+template <typename Items>
+bool ClearOneOrAll(Items& items, int index)
+{
+    if (index == -1) {
+        for (auto& item : items)
+            item.Clear();
+        return true;
+    }
+    if (index < 0 || Index(index) >= items.size())
+        return false;
+    items[Index(index)].Clear();
+    return true;
+}
 } // namespace
 
 void CMmt8Part::Clear()
@@ -51,42 +66,17 @@ void CMmt8Memory::InitMemory()
 
 bool CMmt8Memory::ClearPart(int part)
 {
-    if (part == -1) {
-        for (auto& each : m_parts)
-            each.Clear();
-        return true;
-    }
-    if (!IsPart(part))
-        return false;
-    Part(part).Clear();
-    return true;
+    return ClearOneOrAll(m_parts, part);
 }
 
 bool CMmt8Memory::ClearTrack(int part, int track)
 {
-    if (!IsPart(part) || (track != -1 && !IsTrack(track)))
-        return false;
-    auto& tracks = Part(part).tracks;
-    if (track == -1) {
-        for (auto& each : tracks)
-            each.Clear();
-    } else {
-        tracks[Index(track)].Clear();
-    }
-    return true;
+    return IsPart(part) && ClearOneOrAll(Part(part).tracks, track);
 }
 
 bool CMmt8Memory::ClearSong(int song)
 {
-    if (song == -1) {
-        for (auto& each : m_songs)
-            each.Clear();
-        return true;
-    }
-    if (!IsSong(song))
-        return false;
-    Song(song).Clear();
-    return true;
+    return ClearOneOrAll(m_songs, song);
 }
 
 bool CMmt8Memory::DeleteStep(int song, int step)

@@ -114,14 +114,17 @@ void CloseFile(FileHandle handle)
     ::close(Descriptor(handle));
 }
 
-bool ReadFile(FileHandle handle, void* buffer, std::uint32_t count, std::uint32_t& done,
-              ErrorCode& error)
+namespace {
+// Moves count bytes with read(2) or write(2), going on after a signal or a
+// partial transfer; a transfer of 0 bytes (end of file) ends it early.
+template <typename Byte, typename Transfer>
+bool TransferAll(Transfer transfer, Byte* bytes, std::uint32_t count, std::uint32_t& done,
+                 ErrorCode& error)
 {
-    auto* bytes = static_cast<std::uint8_t*>(buffer);
     done = 0;
     while (done < count) {
         const std::size_t chunk = std::min<std::size_t>(count - done, kMaxChunk);
-        const ssize_t result = ::read(Descriptor(handle), bytes + done, chunk);
+        const ssize_t result = transfer(bytes + done, chunk);
         if (result < 0) {
             if (errno == EINTR)
                 continue;
@@ -135,27 +138,24 @@ bool ReadFile(FileHandle handle, void* buffer, std::uint32_t count, std::uint32_
     error = 0;
     return true;
 }
+} // namespace
+
+bool ReadFile(FileHandle handle, void* buffer, std::uint32_t count, std::uint32_t& done,
+              ErrorCode& error)
+{
+    const auto read = [fd = Descriptor(handle)](std::uint8_t* at, std::size_t size) {
+        return ::read(fd, at, size);
+    };
+    return TransferAll(read, static_cast<std::uint8_t*>(buffer), count, done, error);
+}
 
 bool WriteFile(FileHandle handle, const void* buffer, std::uint32_t count,
                std::uint32_t& done, ErrorCode& error)
 {
-    const auto* bytes = static_cast<const std::uint8_t*>(buffer);
-    done = 0;
-    while (done < count) {
-        const std::size_t chunk = std::min<std::size_t>(count - done, kMaxChunk);
-        const ssize_t result = ::write(Descriptor(handle), bytes + done, chunk);
-        if (result < 0) {
-            if (errno == EINTR)
-                continue;
-            error = Errno();
-            return false;
-        }
-        if (result == 0)
-            break;
-        done += static_cast<std::uint32_t>(result);
-    }
-    error = 0;
-    return true;
+    const auto write = [fd = Descriptor(handle)](const std::uint8_t* at, std::size_t size) {
+        return ::write(fd, at, size);
+    };
+    return TransferAll(write, static_cast<const std::uint8_t*>(buffer), count, done, error);
 }
 
 bool SeekFile(FileHandle handle, std::int64_t distance, SeekMethod method,
