@@ -9,7 +9,10 @@ packages=(
     libgtest-dev libgmock-dev        # unit tests
     libbenchmark-dev                 # bench/
     qt6-base-dev                     # QtCore settings store (and later the editor)
+    libqt6svg6                       # the editor's SVG icons
     python3-mido midicsv             # outside peers for the MIDI file tests
+    libasound2-dev libjack-jackd2-dev pkg-config  # ALSA and JACK MIDI backends
+    jackd2                           # a real JACK server for the MIDI driver and e2e tests
 )
 
 missing=()

@@ -1,8 +1,11 @@
 #include "transport/drivers/MidiDriver.h"
 
+#include "transport/drivers/MidiPortHandle.h"
+
 namespace tarvix {
 
-// Anchors the interface's virtual table in one object file.
+// Anchors the virtual tables in one object file.
 MidiDriver::~MidiDriver() = default;
+MidiPortHandle::~MidiPortHandle() = default;
 
 } // namespace tarvix

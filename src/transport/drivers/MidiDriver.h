@@ -62,16 +62,23 @@ using MidiCallback = void (*)(MidiHandle handle, MidiCallbackMessage message, vo
 // A MIDI service: the ports of one direction numbered 0..count-1.
 // Contract, as the ports rely on it:
 // - Open delivers Open through the callback before or soon after it returns;
-//   Close delivers Close.
+//   Close delivers Close. Close fails with kMidiStillPlaying while the driver
+//   holds buffers of the port: Reset first.
 // - Input: buffers given with AddBuffer are filled, after Start, with whole
 //   incoming SysEx bytes in arrival order and returned by LongData, one at a
 //   time; a buffer is returned when full or when a SysEx message ends in it.
-//   Reset returns every buffer still held, each by LongData (bytes so far).
+//   A new F0 always starts a new buffer, so a buffer holds at most one F0,
+//   at its start. Bytes outside F0..F7 (short messages, real-time bytes) are
+//   dropped; a status byte cuts a SysEx short. Reset returns every buffer
+//   still held, each by LongData (bytes so far), and stops input until the
+//   next Start. The backends here never send LongError.
 // - Output: LongMsg sends the header's bytes as they are and returns the
 //   buffer by BufferDone when they are gone; Reset returns every buffer
-//   still held, by BufferDone.
+//   still held, by BufferDone, without sending what was not sent yet.
 // - Prepare must precede AddBuffer/LongMsg; Unprepare fails with
 //   kMidiStillPlaying while the driver holds the buffer.
+// - Callbacks of one driver never run concurrently and arrive in the order
+//   the driver produced them.
 class MidiDriver {
 public:
     virtual ~MidiDriver();

@@ -1,0 +1,170 @@
+#include "transport/drivers/BufferedMidiPorts.h"
+
+#include "transport/drivers/MidiHeaderRules.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarvix {
+
+BufferedMidiPort* BufferedMidiPorts::Find(MidiHandle handle) const
+{
+    for (const auto& port : m_ports) {
+        if (port.get() == handle) {
+            return port.get();
+        }
+    }
+    return nullptr;
+}
+
+BufferedMidiPort* BufferedMidiPorts::Find(MidiHandle handle, MidiDirection direction) const
+{
+    BufferedMidiPort* port = Find(handle);
+    return port != nullptr && port->m_direction == direction ? port : nullptr;
+}
+
+void BufferedMidiPorts::Insert(std::unique_ptr<BufferedMidiPort> port)
+{
+    m_calls.Post(*port, MidiCallbackMessage::Open, nullptr);
+    m_ports.push_back(std::move(port));
+}
+
+std::unique_ptr<BufferedMidiPort> BufferedMidiPorts::Erase(const BufferedMidiPort& port)
+{
+    const auto it = std::find_if(m_ports.begin(), m_ports.end(),
+                                 [&port](const auto& open) { return open.get() == &port; });
+    if (it == m_ports.end()) {
+        return nullptr;
+    }
+    m_calls.Post(port, MidiCallbackMessage::Close, nullptr);
+    std::unique_ptr<BufferedMidiPort> erased = std::move(*it);
+    m_ports.erase(it);
+    return erased;
+}
+
+void BufferedMidiPorts::Receive(BufferedMidiPort& port, const std::uint8_t* data, std::size_t size)
+{
+    port.m_input.Write(data, size);
+    std::vector<MidiHeader*> returned;
+    port.m_input.Fill(returned);
+    for (MidiHeader* header : returned) {
+        m_calls.Post(port, MidiCallbackMessage::LongData, header);
+    }
+}
+
+std::size_t BufferedMidiPorts::PeekOutput(const BufferedMidiPort& port, const std::uint8_t*& data)
+{
+    if (port.m_output.empty()) {
+        return 0;
+    }
+    const MidiHeader& header = *port.m_output.front();
+    data = header.data + port.m_outputOffset;
+    return header.bufferLength > port.m_outputOffset ? header.bufferLength - port.m_outputOffset
+                                                     : 0;
+}
+
+void BufferedMidiPorts::Sent(BufferedMidiPort& port, std::size_t count)
+{
+    if (port.m_output.empty()) {
+        return;
+    }
+    MidiHeader& header = *port.m_output.front();
+    port.m_outputOffset += count;
+    if (port.m_outputOffset >= header.bufferLength) {
+        port.m_output.pop_front();
+        port.m_outputOffset = 0;
+        MarkHeaderDone(header);
+        m_calls.Post(port, MidiCallbackMessage::BufferDone, &header);
+    }
+}
+
+MidiResult BufferedMidiPorts::PrepareHeader(MidiHandle handle, MidiHeader& header)
+{
+    const std::lock_guard lock(m_mutex);
+    return Find(handle) == nullptr ? kMidiInvalidHandle : PrepareMidiHeader(header);
+}
+
+MidiResult BufferedMidiPorts::UnprepareHeader(MidiHandle handle, MidiHeader& header)
+{
+    const std::lock_guard lock(m_mutex);
+    return Find(handle) == nullptr ? kMidiInvalidHandle : UnprepareMidiHeader(header);
+}
+
+MidiResult BufferedMidiPorts::AddBuffer(MidiHandle handle, MidiHeader& header)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        BufferedMidiPort* port = Find(handle, MidiDirection::Input);
+        if (port == nullptr) {
+            return kMidiInvalidHandle;
+        }
+        if (const MidiResult result = CheckHeaderToQueue(header); result != kMidiNoError) {
+            return result;
+        }
+        port->m_input.AddBuffer(header);
+        Receive(*port, nullptr, 0); // bytes that waited for a buffer
+    }
+    Deliver();
+    return kMidiNoError;
+}
+
+MidiResult BufferedMidiPorts::Start(MidiHandle handle)
+{
+    const std::lock_guard lock(m_mutex);
+    BufferedMidiPort* port = Find(handle, MidiDirection::Input);
+    if (port == nullptr) {
+        return kMidiInvalidHandle;
+    }
+    port->m_input.Start();
+    return kMidiNoError;
+}
+
+MidiResult BufferedMidiPorts::Reset(MidiHandle handle,
+                                    const std::function<void(BufferedMidiPort&)>& alsoLocked)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        BufferedMidiPort* port = Find(handle);
+        if (port == nullptr) {
+            return kMidiInvalidHandle;
+        }
+        std::vector<MidiHeader*> returned;
+        port->m_input.Reset(returned);
+        for (MidiHeader* header : returned) {
+            m_calls.Post(*port, MidiCallbackMessage::LongData, header);
+        }
+        for (MidiHeader* header : port->m_output) {
+            MarkHeaderDone(*header);
+            m_calls.Post(*port, MidiCallbackMessage::BufferDone, header);
+        }
+        port->m_output.clear();
+        port->m_outputOffset = 0;
+        if (alsoLocked) {
+            alsoLocked(*port);
+        }
+    }
+    Deliver();
+    return kMidiNoError;
+}
+
+MidiResult BufferedMidiPorts::QueueOutput(MidiHandle handle, MidiHeader& header)
+{
+    const std::lock_guard lock(m_mutex);
+    BufferedMidiPort* port = Find(handle, MidiDirection::Output);
+    if (port == nullptr) {
+        return kMidiInvalidHandle;
+    }
+    if (const MidiResult result = CheckHeaderToQueue(header); result != kMidiNoError) {
+        return result;
+    }
+    MarkHeaderQueued(header);
+    port->m_output.push_back(&header);
+    return kMidiNoError;
+}
+
+void BufferedMidiPorts::Deliver()
+{
+    m_calls.Deliver();
+}
+
+} // namespace tarvix

@@ -1,0 +1,43 @@
+#include "transport/drivers/MidiCallbackQueue.h"
+
+#include <utility>
+
+namespace tarvix {
+
+void MidiCallbackQueue::Post(std::function<void()> call)
+{
+    const std::lock_guard lock(m_mutex);
+    m_calls.push_back(std::move(call));
+}
+
+void MidiCallbackQueue::Post(const MidiPortHandle& port, MidiCallbackMessage message,
+                             MidiHeader* header)
+{
+    // By value: the handle may be closed and freed before the call runs.
+    MidiCallback callback = port.m_callback;
+    void* instance = port.m_instance;
+    auto handle = const_cast<MidiHandle>(&port);
+    if (callback == nullptr) {
+        return;
+    }
+    Post([=] { callback(handle, message, instance, header); });
+}
+
+void MidiCallbackQueue::Deliver()
+{
+    std::unique_lock lock(m_mutex);
+    if (m_delivering) {
+        return;
+    }
+    m_delivering = true;
+    while (!m_calls.empty()) {
+        std::function<void()> call = std::move(m_calls.front());
+        m_calls.pop_front();
+        lock.unlock();
+        call();
+        lock.lock();
+    }
+    m_delivering = false;
+}
+
+} // namespace tarvix

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "transport/drivers/MidiPortHandle.h"
+
+#include <deque>
+#include <functional>
+#include <mutex>
+
+namespace tarvix {
+
+// Runs a driver's callbacks one at a time, in the order they were posted,
+// without any driver lock held. A driver posts while holding its own lock
+// (so the queue order is the order of its state changes) and calls Deliver
+// after releasing it. Whoever finds nobody delivering delivers everything
+// queued, including what a callback posts by calling back into the driver;
+// a thread that finds another one delivering leaves its calls to it.
+class MidiCallbackQueue {
+public:
+    void Post(std::function<void()> call);
+    // The port's callback with its handle and instance.
+    void Post(const MidiPortHandle& port, MidiCallbackMessage message, MidiHeader* header);
+    void Deliver();
+
+private:
+    std::mutex m_mutex;
+    std::deque<std::function<void()>> m_calls;
+    bool m_delivering = false;
+};
+
+} // namespace tarvix

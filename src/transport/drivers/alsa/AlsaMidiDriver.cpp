@@ -1,0 +1,407 @@
+#include "transport/drivers/alsa/AlsaMidiDriver.h"
+
+#include "transport/drivers/MidiErrorText.h"
+#include "transport/drivers/SysexEventLength.h"
+#include "transport/drivers/alsa/AlsaPortList.h"
+
+#include <alsa/asoundlib.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <utility>
+
+namespace tarvix {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// The kernel hands incoming SysEx to sequencer clients in pieces of at most
+// 256 bytes; outgoing buffers are cut the same way, so that no event needs
+// more pool cells than a client has.
+constexpr std::size_t kSysexPiece = 256;
+// The largest pools the kernel grants (SNDRV_SEQ_MAX_EVENTS), so that a long
+// dump is never refused for lack of cells in our client.
+constexpr long kPoolCells = 2000;
+constexpr std::size_t kInputBufferBytes = 128 * 1024;
+// A sound card's port writes our events straight into its small rawmidi
+// buffer and drops what does not fit; so bytes for hardware are paced to the
+// MIDI wire (31250 baud, 10 bits a byte), keeping at most a little ahead.
+constexpr double kWireBytesPerSecond = 3125.0;
+constexpr std::size_t kWireBytesAhead = 1024;
+// A receiving client with a full pool refuses the event; it is sent again.
+constexpr auto kRetryDelay = std::chrono::milliseconds(2);
+
+Clock::duration WireTime(std::size_t bytes)
+{
+    return std::chrono::duration_cast<Clock::duration>(
+        std::chrono::duration<double>(static_cast<double>(bytes) / kWireBytesPerSecond));
+}
+
+int MillisecondsUntil(Clock::time_point when, Clock::time_point now)
+{
+    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(when - now).count();
+    return static_cast<int>(std::clamp<long long>(wait, 0, 1000));
+}
+
+void QuietAlsaError(const char* /*file*/, int /*line*/, const char* /*function*/, int /*err*/,
+                    const char* /*fmt*/, ...)
+{
+}
+
+} // namespace
+
+struct AlsaPort : BufferedMidiPort {
+    using BufferedMidiPort::BufferedMidiPort;
+
+    int m_local = -1;     // our sequencer port
+    bool m_paced = false; // sends to a sound card's port
+    Clock::time_point m_wireFreeAt{};
+    Clock::time_point m_retryAt{};
+};
+
+AlsaMidiDriver::AlsaMidiDriver(std::string clientName) : m_clientName(std::move(clientName)) {}
+
+AlsaMidiDriver::~AlsaMidiDriver()
+{
+    if (m_thread.joinable()) {
+        m_stop = true;
+        Wake();
+        m_thread.join();
+    }
+    if (m_wakeFd >= 0) {
+        close(m_wakeFd);
+    }
+    if (m_seq != nullptr) {
+        snd_seq_close(m_seq); // deletes our ports and their subscriptions
+    }
+}
+
+bool AlsaMidiDriver::OpenSequencer()
+{
+    if (m_seq != nullptr) {
+        return true;
+    }
+    // alsa-lib prints its own line on stderr when /dev/snd/seq is missing;
+    // the reason is reported through GetUnavailableReason instead.
+    snd_lib_error_set_handler(&QuietAlsaError);
+    snd_seq_t* seq = nullptr;
+    const int error = snd_seq_open(&seq, "default", SND_SEQ_OPEN_DUPLEX, SND_SEQ_NONBLOCK);
+    snd_lib_error_set_handler(nullptr);
+    if (error < 0) {
+        m_unavailableReason = std::string("Cannot open the ALSA sequencer: ") + snd_strerror(error);
+        return false;
+    }
+    m_wakeFd = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+    if (m_wakeFd < 0) {
+        snd_seq_close(seq);
+        m_unavailableReason = "Cannot create the ALSA driver's wake-up event.";
+        return false;
+    }
+    snd_seq_set_client_name(seq, m_clientName.c_str());
+    snd_seq_set_client_pool_output(seq, kPoolCells);
+    snd_seq_set_client_pool_input(seq, kPoolCells);
+    snd_seq_set_input_buffer_size(seq, kInputBufferBytes);
+    m_seq = seq;
+    m_unavailableReason.clear();
+    m_thread = std::thread([this] { Run(); });
+    return true;
+}
+
+std::string AlsaMidiDriver::GetName() const
+{
+    return "ALSA";
+}
+
+const std::vector<AlsaPortAddress>& AlsaMidiDriver::Listed(MidiDirection direction)
+{
+    const std::size_t slot = direction == MidiDirection::Input ? 0 : 1;
+    if (!m_listedOnce[slot]) {
+        m_listedOnce[slot] = true;
+        m_listed[slot] =
+            OpenSequencer() ? ListAlsaPorts(m_seq, direction) : std::vector<AlsaPortAddress>{};
+    }
+    return m_listed[slot];
+}
+
+std::uint32_t AlsaMidiDriver::GetNumDevs(MidiDirection direction)
+{
+    const std::lock_guard lock(m_ports.GetMutex());
+    m_listedOnce[direction == MidiDirection::Input ? 0 : 1] = false; // a fresh look
+    return static_cast<std::uint32_t>(Listed(direction).size());
+}
+
+MidiResult AlsaMidiDriver::GetDevName(MidiDirection direction, std::uint32_t index,
+                                      std::string& name)
+{
+    const std::lock_guard lock(m_ports.GetMutex());
+    const std::vector<AlsaPortAddress>& listed = Listed(direction);
+    if (index >= listed.size()) {
+        return kMidiBadDeviceId;
+    }
+    name = listed[index].name;
+    return kMidiNoError;
+}
+
+MidiResult AlsaMidiDriver::Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
+                                void* instance, MidiHandle& handle)
+{
+    MidiResult result = kMidiNoError;
+    {
+        const std::lock_guard lock(m_ports.GetMutex());
+        const std::vector<AlsaPortAddress>& listed = Listed(direction);
+        if (index >= listed.size()) {
+            return kMidiBadDeviceId;
+        }
+        const AlsaPortAddress remote = listed[index];
+        result = OpenPort(direction, direction == MidiDirection::Input ? "in" : "out", &remote,
+                          callback, instance, handle);
+    }
+    m_ports.Deliver();
+    return result;
+}
+
+MidiResult AlsaMidiDriver::OpenVirtual(MidiDirection direction, const std::string& portName,
+                                       MidiCallback callback, void* instance, MidiHandle& handle)
+{
+    MidiResult result = kMidiNoError;
+    {
+        const std::lock_guard lock(m_ports.GetMutex());
+        if (!OpenSequencer()) {
+            return kMidiNoDriver;
+        }
+        result = OpenPort(direction, portName, nullptr, callback, instance, handle);
+    }
+    m_ports.Deliver();
+    return result;
+}
+
+MidiResult AlsaMidiDriver::OpenPort(MidiDirection direction, const std::string& portName,
+                                    const AlsaPortAddress* remote, MidiCallback callback,
+                                    void* instance, MidiHandle& handle)
+{
+    const bool input = direction == MidiDirection::Input;
+    const unsigned int caps = input ? SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE
+                                    : SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ;
+    const int local =
+        snd_seq_create_simple_port(m_seq, portName.c_str(), caps,
+                                   SND_SEQ_PORT_TYPE_MIDI_GENERIC | SND_SEQ_PORT_TYPE_APPLICATION);
+    if (local < 0) {
+        return local == -ENOMEM ? kMidiNoMemory : kMidiError;
+    }
+    if (remote != nullptr) {
+        const int error = input ? snd_seq_connect_from(m_seq, local, remote->client, remote->port)
+                                : snd_seq_connect_to(m_seq, local, remote->client, remote->port);
+        if (error < 0) {
+            snd_seq_delete_simple_port(m_seq, local);
+            // The port went away since it was listed, or refuses us.
+            return error == -EBUSY ? kMidiAllocated : kMidiBadDeviceId;
+        }
+    }
+    auto port = std::make_unique<AlsaPort>(direction, callback, instance);
+    port->m_local = local;
+    port->m_paced = remote != nullptr && remote->hardware;
+    handle = port.get();
+    m_ports.Insert(std::move(port));
+    return kMidiNoError;
+}
+
+MidiResult AlsaMidiDriver::Close(MidiHandle handle)
+{
+    {
+        const std::lock_guard lock(m_ports.GetMutex());
+        auto* port = static_cast<AlsaPort*>(m_ports.Find(handle));
+        if (port == nullptr) {
+            return kMidiInvalidHandle;
+        }
+        if (port->HoldsBuffers()) {
+            return kMidiStillPlaying;
+        }
+        snd_seq_delete_simple_port(m_seq, port->m_local);
+        m_ports.Erase(*port);
+    }
+    m_ports.Deliver();
+    return kMidiNoError;
+}
+
+MidiResult AlsaMidiDriver::Reset(MidiHandle handle)
+{
+    return m_ports.Reset(handle);
+}
+
+MidiResult AlsaMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
+{
+    return m_ports.PrepareHeader(handle, header);
+}
+
+MidiResult AlsaMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
+{
+    return m_ports.UnprepareHeader(handle, header);
+}
+
+MidiResult AlsaMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
+{
+    return m_ports.AddBuffer(handle, header);
+}
+
+MidiResult AlsaMidiDriver::Start(MidiHandle handle)
+{
+    return m_ports.Start(handle);
+}
+
+MidiResult AlsaMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
+{
+    const MidiResult result = m_ports.QueueOutput(handle, header);
+    if (result == kMidiNoError) {
+        Wake();
+    }
+    return result;
+}
+
+std::string AlsaMidiDriver::GetErrorText(MidiResult result) const
+{
+    return GetMidiErrorText(result);
+}
+
+std::string AlsaMidiDriver::GetUnavailableReason() const
+{
+    const std::lock_guard lock(m_ports.GetMutex());
+    return m_unavailableReason;
+}
+
+void AlsaMidiDriver::Wake()
+{
+    const std::uint64_t one = 1;
+    if (m_wakeFd >= 0) {
+        [[maybe_unused]] const ssize_t written = write(m_wakeFd, &one, sizeof one);
+    }
+}
+
+bool AlsaMidiDriver::ReadInput()
+{
+    // A bounded number per round, so output gets its turn under a flood.
+    for (int events = 0; events < 1000; ++events) {
+        snd_seq_event_t* event = nullptr;
+        const int result = snd_seq_event_input(m_seq, &event);
+        if (result == -EAGAIN) {
+            return false;
+        }
+        if (result == -ENOSPC) {
+            continue; // the kernel's queue for us overflowed; those events are gone
+        }
+        if (result < 0) {
+            snd_seq_drop_input(m_seq);
+            return false;
+        }
+        if (event == nullptr || event->type != SND_SEQ_EVENT_SYSEX) {
+            continue; // short messages are not collected
+        }
+        for (const auto& open : m_ports.GetPorts()) {
+            auto& port = static_cast<AlsaPort&>(*open);
+            if (port.m_direction == MidiDirection::Input && port.m_local == event->dest.port) {
+                // One piece of up to 256 bytes; a SysEx arrives as several
+                // events, only the first with F0, and the input queue joins
+                // them, filling and returning buffers as the pieces come.
+                m_ports.Receive(port, static_cast<const std::uint8_t*>(event->data.ext.ptr),
+                                event->data.ext.len);
+                break;
+            }
+        }
+    }
+    // Events alsa-lib has already read from the kernel wake no poll.
+    return snd_seq_event_input_pending(m_seq, 0) > 0;
+}
+
+int AlsaMidiDriver::SendOutput()
+{
+    int timeout = -1;
+    const auto later = [&timeout](int milliseconds) {
+        timeout = timeout < 0 ? milliseconds : std::min(timeout, milliseconds);
+    };
+    const Clock::time_point now = Clock::now();
+    for (const auto& open : m_ports.GetPorts()) {
+        auto& port = static_cast<AlsaPort&>(*open);
+        while (!port.m_output.empty()) {
+            const std::uint8_t* data = nullptr;
+            const std::size_t left = BufferedMidiPorts::PeekOutput(port, data);
+            if (left == 0) {
+                m_ports.Sent(port, 0);
+                continue;
+            }
+            if (port.m_retryAt > now) {
+                later(MillisecondsUntil(port.m_retryAt, now));
+                break;
+            }
+            const std::size_t piece = SysexEventLength(data, left, kSysexPiece);
+            if (port.m_paced) {
+                port.m_wireFreeAt = std::max(port.m_wireFreeAt, now);
+                const Clock::time_point sendAt = port.m_wireFreeAt - WireTime(kWireBytesAhead);
+                if (sendAt > now) {
+                    later(MillisecondsUntil(sendAt, now));
+                    break;
+                }
+            }
+            snd_seq_event_t event;
+            snd_seq_ev_clear(&event);
+            snd_seq_ev_set_source(&event, static_cast<unsigned char>(port.m_local));
+            snd_seq_ev_set_subs(&event);
+            snd_seq_ev_set_direct(&event);
+            // snd_seq_ev_set_sysex spelled out: the macro does not build
+            // cleanly with our sign-conversion warnings.
+            event.type = SND_SEQ_EVENT_SYSEX;
+            event.flags = static_cast<unsigned char>(
+                (event.flags & ~static_cast<unsigned int>(SND_SEQ_EVENT_LENGTH_MASK)) |
+                SND_SEQ_EVENT_LENGTH_VARIABLE);
+            event.data.ext.len = static_cast<unsigned int>(piece);
+            event.data.ext.ptr = const_cast<std::uint8_t*>(data);
+            const int result = snd_seq_event_output_direct(m_seq, &event);
+            if (result == -EAGAIN || result == -ENOMEM) {
+                port.m_retryAt = now + kRetryDelay;
+                later(MillisecondsUntil(port.m_retryAt, now));
+                break;
+            }
+            // Any other failure (the receiver went away) would fail again:
+            // the buffer counts as gone so the program does not wait forever.
+            const std::size_t done = result < 0 ? left : piece;
+            if (port.m_paced) {
+                port.m_wireFreeAt += WireTime(done);
+            }
+            m_ports.Sent(port, done);
+        }
+    }
+    return timeout;
+}
+
+void AlsaMidiDriver::Run()
+{
+    std::vector<pollfd> fds;
+    {
+        const std::lock_guard lock(m_ports.GetMutex());
+        const int count = snd_seq_poll_descriptors_count(m_seq, POLLIN);
+        fds.resize(static_cast<std::size_t>(std::max(count, 0)) + 1);
+        snd_seq_poll_descriptors(m_seq, fds.data() + 1, static_cast<unsigned int>(count), POLLIN);
+    }
+    fds[0] = pollfd{m_wakeFd, POLLIN, 0};
+    while (!m_stop) {
+        int timeout = -1;
+        {
+            const std::lock_guard lock(m_ports.GetMutex());
+            const bool more = ReadInput();
+            timeout = SendOutput();
+            if (more) {
+                timeout = 0;
+            }
+        }
+        m_ports.Deliver();
+        if (poll(fds.data(), fds.size(), timeout) > 0 && (fds[0].revents & POLLIN) != 0) {
+            std::uint64_t count = 0;
+            [[maybe_unused]] const ssize_t got = read(m_wakeFd, &count, sizeof count);
+        }
+    }
+}
+
+} // namespace tarvix

@@ -1,0 +1,453 @@
+#include "transport/drivers/jack/JackMidiDriver.h"
+
+#include "transport/drivers/MidiErrorText.h"
+#include "transport/drivers/jack/JackRealtimePort.h"
+
+#include <jack/jack.h>
+#include <jack/midiport.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <ctime>
+#include <memory>
+#include <utility>
+
+namespace tarvix {
+
+namespace {
+
+// Input rings hold several periods of the largest events a period carries,
+// so a thread that is late by a few periods loses nothing.
+constexpr std::size_t kInputRingBytes = 256 * 1024;
+constexpr std::size_t kOutputRingBytes = 64 * 1024;
+// The thread also looks without being woken, for a server that went away.
+constexpr long kIdleWakeNanoseconds = 100'000'000;
+constexpr auto kCycleWaitLimit = std::chrono::seconds(2);
+
+void QuietJackMessage(const char* /*message*/) {}
+
+std::size_t Slot(MidiDirection direction)
+{
+    return direction == MidiDirection::Input ? 0 : 1;
+}
+
+} // namespace
+
+struct JackPort : BufferedMidiPort {
+    using BufferedMidiPort::BufferedMidiPort;
+
+    std::unique_ptr<JackRealtimePort> m_rt;
+    std::size_t m_slot = 0;
+    // Output: bytes put in the ring, and how many of them have been
+    // accounted to the program's buffers (by the callback's count of bytes
+    // moved, or all at once by Reset).
+    std::uint64_t m_pushed = 0;
+    std::uint64_t m_accounted = 0;
+};
+
+JackMidiDriver::JackMidiDriver(std::string clientName, std::string serverName)
+    : m_clientName(std::move(clientName)), m_serverName(std::move(serverName))
+{
+    sem_init(&m_wake, 0, 0);
+}
+
+JackMidiDriver::~JackMidiDriver()
+{
+    if (m_thread.joinable()) {
+        m_stop = true;
+        Wake();
+        m_thread.join();
+    }
+    if (m_client != nullptr) {
+        jack_client_close(m_client); // no process callback runs after this
+    }
+    sem_destroy(&m_wake);
+}
+
+int JackMidiDriver::ProcessCallback(std::uint32_t frames, void* driver)
+{
+    auto& self = *static_cast<JackMidiDriver*>(driver);
+    self.m_cyclesStarted.fetch_add(1);
+    bool moved = false;
+    for (const std::atomic<JackRealtimePort*>& slot : self.m_slots) {
+        if (JackRealtimePort* port = slot.load()) {
+            moved = port->Process(frames) || moved;
+        }
+    }
+    if (moved) {
+        sem_post(&self.m_wake); // async-signal-safe: does not block
+    }
+    self.m_cyclesEnded.fetch_add(1);
+    return 0;
+}
+
+void JackMidiDriver::ShutdownCallback(void* driver)
+{
+    auto& self = *static_cast<JackMidiDriver*>(driver);
+    self.m_serverGone = true;
+    sem_post(&self.m_wake);
+}
+
+bool JackMidiDriver::OpenClient()
+{
+    if (m_client != nullptr && !m_serverGone) {
+        return true;
+    }
+    if (m_client != nullptr) {
+        if (!m_ports.GetPorts().empty()) {
+            m_unavailableReason = "The JACK server has shut down.";
+            return false;
+        }
+        jack_client_close(m_client);
+        m_client = nullptr;
+        m_serverGone = false;
+    }
+    // libjack prints its attempts on stderr; the reason is reported through
+    // GetUnavailableReason instead.
+    jack_set_error_function(&QuietJackMessage);
+    jack_set_info_function(&QuietJackMessage);
+    int options = JackNoStartServer;
+    if (!m_serverName.empty()) {
+        options |= JackServerName;
+    }
+    jack_status_t status{};
+    jack_client_t* client = jack_client_open(
+        m_clientName.c_str(), static_cast<jack_options_t>(options), &status, m_serverName.c_str());
+    jack_set_error_function(nullptr);
+    jack_set_info_function(nullptr);
+    if (client == nullptr) {
+        const std::string server = m_serverName.empty() ? "" : " \"" + m_serverName + "\"";
+        m_unavailableReason = (status & JackServerFailed) != 0
+                                  ? "No JACK server" + server + " is running."
+                                  : "The JACK server" + server + " refused the client.";
+        return false;
+    }
+    jack_set_process_callback(client, &JackMidiDriver::ProcessCallback, this);
+    jack_on_shutdown(client, &JackMidiDriver::ShutdownCallback, this);
+    if (jack_activate(client) != 0) {
+        jack_client_close(client);
+        m_unavailableReason = "The JACK server would not run the client.";
+        return false;
+    }
+    m_client = client;
+    m_unavailableReason.clear();
+    if (!m_thread.joinable()) {
+        m_thread = std::thread([this] { Run(); });
+    }
+    return true;
+}
+
+std::string JackMidiDriver::GetName() const
+{
+    return "JACK";
+}
+
+std::string JackMidiDriver::GetClientName() const
+{
+    const std::lock_guard lock(m_ports.GetMutex());
+    return m_client == nullptr ? std::string() : std::string(jack_get_client_name(m_client));
+}
+
+const std::vector<std::string>& JackMidiDriver::Listed(MidiDirection direction)
+{
+    std::vector<std::string>& listed = m_listed[Slot(direction)];
+    if (m_listedOnce[Slot(direction)]) {
+        return listed;
+    }
+    m_listedOnce[Slot(direction)] = true;
+    listed.clear();
+    if (!OpenClient()) {
+        return listed;
+    }
+    // Ports we read from are other clients' outputs, and the other way round.
+    const unsigned long flags =
+        direction == MidiDirection::Input ? JackPortIsOutput : JackPortIsInput;
+    const char** names = jack_get_ports(m_client, nullptr, JACK_DEFAULT_MIDI_TYPE, flags);
+    const std::string own = std::string(jack_get_client_name(m_client)) + ":";
+    for (std::size_t i = 0; names != nullptr && names[i] != nullptr; ++i) {
+        if (std::string(names[i]).rfind(own, 0) != 0) {
+            listed.emplace_back(names[i]);
+        }
+    }
+    jack_free(static_cast<void*>(names));
+    return listed;
+}
+
+std::uint32_t JackMidiDriver::GetNumDevs(MidiDirection direction)
+{
+    const std::lock_guard lock(m_ports.GetMutex());
+    m_listedOnce[Slot(direction)] = false; // a fresh look
+    return static_cast<std::uint32_t>(Listed(direction).size());
+}
+
+MidiResult JackMidiDriver::GetDevName(MidiDirection direction, std::uint32_t index,
+                                      std::string& name)
+{
+    const std::lock_guard lock(m_ports.GetMutex());
+    const std::vector<std::string>& listed = Listed(direction);
+    if (index >= listed.size()) {
+        return kMidiBadDeviceId;
+    }
+    name = listed[index];
+    return kMidiNoError;
+}
+
+MidiResult JackMidiDriver::Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
+                                void* instance, MidiHandle& handle)
+{
+    MidiResult result = kMidiNoError;
+    {
+        const std::lock_guard lock(m_ports.GetMutex());
+        const std::vector<std::string>& listed = Listed(direction);
+        if (index >= listed.size()) {
+            return kMidiBadDeviceId;
+        }
+        const std::string remote = listed[index];
+        result = OpenPort(direction, direction == MidiDirection::Input ? "in" : "out", false,
+                          &remote, callback, instance, handle);
+    }
+    m_ports.Deliver();
+    return result;
+}
+
+MidiResult JackMidiDriver::OpenVirtual(MidiDirection direction, const std::string& portName,
+                                       MidiCallback callback, void* instance, MidiHandle& handle)
+{
+    MidiResult result = kMidiNoError;
+    {
+        const std::lock_guard lock(m_ports.GetMutex());
+        if (!OpenClient()) {
+            return kMidiNoDriver;
+        }
+        result = OpenPort(direction, portName, true, nullptr, callback, instance, handle);
+    }
+    m_ports.Deliver();
+    return result;
+}
+
+MidiResult JackMidiDriver::OpenPort(MidiDirection direction, const std::string& portName,
+                                    bool exactName, const std::string* remote,
+                                    MidiCallback callback, void* instance, MidiHandle& handle)
+{
+    const auto freeSlot = std::find_if(m_slots.begin(), m_slots.end(),
+                                       [](const auto& slot) { return slot.load() == nullptr; });
+    if (freeSlot == m_slots.end()) {
+        return kMidiNoMemory;
+    }
+    const bool input = direction == MidiDirection::Input;
+    const std::string own = std::string(jack_get_client_name(m_client)) + ":";
+    std::string name = portName;
+    for (int n = 2; jack_port_by_name(m_client, (own + name).c_str()) != nullptr; ++n) {
+        if (exactName) {
+            return kMidiAllocated;
+        }
+        name = portName + "-" + std::to_string(n);
+    }
+    jack_port_t* jackPort = jack_port_register(m_client, name.c_str(), JACK_DEFAULT_MIDI_TYPE,
+                                               input ? JackPortIsInput : JackPortIsOutput, 0);
+    if (jackPort == nullptr) {
+        return kMidiError;
+    }
+    auto port = std::make_unique<JackPort>(direction, callback, instance);
+    port->m_rt = std::make_unique<JackRealtimePort>(jackPort, direction,
+                                                    input ? kInputRingBytes : kOutputRingBytes);
+    if (!port->m_rt->IsValid()) {
+        jack_port_unregister(m_client, jackPort);
+        return kMidiNoMemory;
+    }
+    port->m_slot = static_cast<std::size_t>(freeSlot - m_slots.begin());
+    freeSlot->store(port->m_rt.get());
+    if (remote != nullptr) {
+        const char* ours = jack_port_name(jackPort);
+        const int error = input ? jack_connect(m_client, remote->c_str(), ours)
+                                : jack_connect(m_client, ours, remote->c_str());
+        if (error != 0 && error != EEXIST) {
+            Unpublish(port->m_slot);
+            jack_port_unregister(m_client, jackPort);
+            return kMidiBadDeviceId; // gone since it was listed
+        }
+    }
+    handle = port.get();
+    m_ports.Insert(std::move(port));
+    return kMidiNoError;
+}
+
+void JackMidiDriver::Unpublish(std::size_t slot)
+{
+    m_slots[slot].store(nullptr);
+    // A cycle that began before the store may still use the port; wait
+    // until every cycle begun by now has ended.
+    const std::uint64_t begun = m_cyclesStarted.load();
+    const auto deadline = std::chrono::steady_clock::now() + kCycleWaitLimit;
+    while (m_cyclesEnded.load() < begun && !m_serverGone &&
+           std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+MidiResult JackMidiDriver::Close(MidiHandle handle)
+{
+    {
+        const std::lock_guard lock(m_ports.GetMutex());
+        auto* port = static_cast<JackPort*>(m_ports.Find(handle));
+        if (port == nullptr) {
+            return kMidiInvalidHandle;
+        }
+        if (port->HoldsBuffers()) {
+            return kMidiStillPlaying;
+        }
+        Unpublish(port->m_slot);
+        jack_port_unregister(m_client, port->m_rt->GetPort());
+        m_ports.Erase(*port);
+    }
+    m_ports.Deliver();
+    return kMidiNoError;
+}
+
+MidiResult JackMidiDriver::Reset(MidiHandle handle)
+{
+    return m_ports.Reset(handle, [](BufferedMidiPort& reset) {
+        auto& port = static_cast<JackPort&>(reset);
+        if (port.m_direction == MidiDirection::Output) {
+            // What is still in the ring belongs to buffers just returned.
+            port.m_rt->RequestFlush();
+            port.m_accounted = port.m_pushed;
+        }
+    });
+}
+
+MidiResult JackMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
+{
+    return m_ports.PrepareHeader(handle, header);
+}
+
+MidiResult JackMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
+{
+    return m_ports.UnprepareHeader(handle, header);
+}
+
+MidiResult JackMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
+{
+    return m_ports.AddBuffer(handle, header);
+}
+
+MidiResult JackMidiDriver::Start(MidiHandle handle)
+{
+    return m_ports.Start(handle);
+}
+
+MidiResult JackMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
+{
+    const MidiResult result = m_ports.QueueOutput(handle, header);
+    if (result == kMidiNoError) {
+        Wake();
+    }
+    return result;
+}
+
+std::string JackMidiDriver::GetErrorText(MidiResult result) const
+{
+    return GetMidiErrorText(result);
+}
+
+std::string JackMidiDriver::GetUnavailableReason() const
+{
+    const std::lock_guard lock(m_ports.GetMutex());
+    return m_unavailableReason;
+}
+
+void JackMidiDriver::Wake()
+{
+    sem_post(&m_wake);
+}
+
+void JackMidiDriver::Account(JackPort& port, std::uint64_t bytes)
+{
+    while (bytes > 0 && !port.m_output.empty()) {
+        const std::uint8_t* data = nullptr;
+        const std::size_t left = BufferedMidiPorts::PeekOutput(port, data);
+        const std::size_t taken = static_cast<std::size_t>(std::min<std::uint64_t>(bytes, left));
+        m_ports.Sent(port, taken);
+        bytes -= taken;
+    }
+}
+
+void JackMidiDriver::PushOutput(JackPort& port)
+{
+    // Bytes beyond those accounted are already in the ring: skip them.
+    std::uint64_t inRing = port.m_pushed - port.m_accounted;
+    bool front = true;
+    for (MidiHeader* header : port.m_output) {
+        const std::size_t start = front ? port.m_outputOffset : 0;
+        front = false;
+        const std::size_t length = header->bufferLength > start ? header->bufferLength - start : 0;
+        if (inRing >= length) {
+            inRing -= length;
+            continue;
+        }
+        const std::size_t skip = static_cast<std::size_t>(inRing);
+        inRing = 0;
+        const std::size_t wanted = length - skip;
+        const std::size_t written = port.m_rt->WriteOutput(header->data + start + skip, wanted);
+        port.m_pushed += written;
+        if (written < wanted) {
+            return; // the ring is full; more after the callback's next cycle
+        }
+    }
+}
+
+void JackMidiDriver::Pump()
+{
+    const bool serverGone = m_serverGone;
+    for (const auto& open : m_ports.GetPorts()) {
+        auto& port = static_cast<JackPort&>(*open);
+        if (port.m_direction == MidiDirection::Input) {
+            port.m_rt->ReadInput([this, &port](const std::uint8_t* data, std::size_t size) {
+                m_ports.Receive(port, data, size);
+            });
+            continue;
+        }
+        if (serverGone) {
+            // Nothing will ever take these bytes; the buffers count as gone
+            // so that the program does not wait for them forever.
+            while (!port.m_output.empty()) {
+                const std::uint8_t* data = nullptr;
+                m_ports.Sent(port, BufferedMidiPorts::PeekOutput(port, data));
+            }
+            continue;
+        }
+        const std::uint64_t moved = port.m_rt->GetMoved();
+        if (moved > port.m_accounted) {
+            Account(port, moved - port.m_accounted);
+            port.m_accounted = moved;
+        }
+        if (!port.m_rt->IsFlushing()) {
+            PushOutput(port);
+        }
+    }
+}
+
+void JackMidiDriver::Run()
+{
+    while (!m_stop) {
+        timespec until{};
+        clock_gettime(CLOCK_REALTIME, &until);
+        until.tv_nsec += kIdleWakeNanoseconds;
+        if (until.tv_nsec >= 1'000'000'000) {
+            until.tv_sec += 1;
+            until.tv_nsec -= 1'000'000'000;
+        }
+        while (sem_timedwait(&m_wake, &until) != 0 && errno == EINTR) {
+        }
+        while (sem_trywait(&m_wake) == 0) {
+        }
+        {
+            const std::lock_guard lock(m_ports.GetMutex());
+            Pump();
+        }
+        m_ports.Deliver();
+    }
+}
+
+} // namespace tarvix

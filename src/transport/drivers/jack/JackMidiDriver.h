@@ -1,0 +1,102 @@
+#pragma once
+
+#include "transport/drivers/BufferedMidiPorts.h"
+#include "transport/drivers/MidiDriver.h"
+
+#include <semaphore.h>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <thread>
+#include <vector>
+
+struct _jack_client;
+
+namespace tarvix {
+
+class JackRealtimePort;
+struct JackPort;
+
+// JACK MIDI: one JACK client for the program, one JACK MIDI port of its own
+// per open handle ("in", "out", then "in-2", ...), connected to the chosen
+// port of another client. Ports are listed by their JACK names
+// ("system:midi_capture_1", "tarvix-device:out"). The server is never
+// started by us: without one it lists no ports and GetUnavailableReason
+// says why; it tries again at the next listing. Callbacks come from the
+// driver's thread, or for Open, Close, Reset and AddBuffer from within
+// that call.
+class JackMidiDriver : public MidiDriver {
+public:
+    static constexpr std::size_t kMaxOpenPorts = 32;
+
+    // An empty serverName is libjack's default: $JACK_DEFAULT_SERVER, else
+    // "default".
+    explicit JackMidiDriver(std::string clientName = "tarvix", std::string serverName = {});
+    ~JackMidiDriver() override;
+    JackMidiDriver(const JackMidiDriver&) = delete;
+    JackMidiDriver& operator=(const JackMidiDriver&) = delete;
+
+    // A port of our own named portName that other clients connect to (the
+    // simulated device's "tarvix-device:out"), instead of one connected to
+    // a listed port; otherwise a handle like any other.
+    MidiResult OpenVirtual(MidiDirection direction, const std::string& portName,
+                           MidiCallback callback, void* instance, MidiHandle& handle);
+    // Our client's name as JACK gave it ("tarvix", or "tarvix-01" when
+    // taken), empty without a server.
+    std::string GetClientName() const;
+
+    std::string GetName() const override;
+    std::uint32_t GetNumDevs(MidiDirection direction) override;
+    MidiResult GetDevName(MidiDirection direction, std::uint32_t index, std::string& name) override;
+    MidiResult Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
+                    void* instance, MidiHandle& handle) override;
+    MidiResult Close(MidiHandle handle) override;
+    MidiResult Reset(MidiHandle handle) override;
+    MidiResult PrepareHeader(MidiHandle handle, MidiHeader& header) override;
+    MidiResult UnprepareHeader(MidiHandle handle, MidiHeader& header) override;
+    MidiResult AddBuffer(MidiHandle handle, MidiHeader& header) override;
+    MidiResult Start(MidiHandle handle) override;
+    MidiResult LongMsg(MidiHandle handle, MidiHeader& header) override;
+    std::string GetErrorText(MidiResult result) const override;
+    std::string GetUnavailableReason() const override;
+
+private:
+    static int ProcessCallback(std::uint32_t frames, void* driver);
+    static void ShutdownCallback(void* driver);
+
+    // All with the ports' lock held.
+    bool OpenClient();
+    const std::vector<std::string>& Listed(MidiDirection direction);
+    MidiResult OpenPort(MidiDirection direction, const std::string& portName, bool exactName,
+                        const std::string* remote, MidiCallback callback, void* instance,
+                        MidiHandle& handle);
+    void Unpublish(std::size_t slot);
+    void Pump();
+    void PushOutput(JackPort& port);
+    void Account(JackPort& port, std::uint64_t bytes);
+
+    void Run();
+    void Wake();
+
+    std::string m_clientName;
+    std::string m_serverName;
+    BufferedMidiPorts m_ports;
+    _jack_client* m_client = nullptr;
+    std::string m_unavailableReason;
+    std::vector<std::string> m_listed[2];
+    bool m_listedOnce[2] = {false, false};
+
+    // Shared with the process callback.
+    std::array<std::atomic<JackRealtimePort*>, kMaxOpenPorts> m_slots{};
+    std::atomic<std::uint64_t> m_cyclesStarted{0};
+    std::atomic<std::uint64_t> m_cyclesEnded{0};
+    std::atomic<bool> m_serverGone{false};
+
+    sem_t m_wake;
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
+};
+
+} // namespace tarvix

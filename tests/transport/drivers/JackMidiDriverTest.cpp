@@ -1,0 +1,270 @@
+// Largest SysEx measured through a JACK dummy server (1024 frames at
+// 48 kHz, jackd 1.9.21), sent by one client and received by another in
+// sixteen 256-byte buffers, byte for byte: 4 MiB, both when sent through
+// sixteen 256-byte buffers (about 190 KB/s: the buffers come back once a
+// period) and as one buffer (about 1.5 MB/s: a MIDI port buffer carries
+// about 32 KB a period, the rest goes in the following periods).
+
+#include "JackServer.h"
+#include "MidiCallbackRecorder.h"
+
+#include "transport/drivers/jack/JackMidiDriver.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <deque>
+#include <memory>
+#include <thread>
+#include <unistd.h>
+
+namespace tarvix {
+namespace {
+
+using test::MakeSysex;
+using test::MidiCallbackRecorder;
+using test::TestBuffer;
+using Bytes = std::vector<std::uint8_t>;
+
+// One open port and what it reported.
+struct Endpoint {
+    MidiDriver& driver;
+    MidiHandle handle = nullptr;
+    MidiCallbackRecorder recorder;
+    std::vector<std::unique_ptr<TestBuffer>> buffers;
+    std::size_t seen = 0;
+
+    explicit Endpoint(MidiDriver& owner) : driver(owner) {}
+    ~Endpoint()
+    {
+        if (handle != nullptr) {
+            driver.Reset(handle);
+            driver.Close(handle);
+        }
+    }
+    MidiResult OpenVirtual(JackMidiDriver& jack, MidiDirection direction, const std::string& name)
+    {
+        return jack.OpenVirtual(direction, name, &MidiCallbackRecorder::Callback, &recorder,
+                                handle);
+    }
+    MidiResult Open(MidiDirection direction, const std::string& remote)
+    {
+        const std::uint32_t count = driver.GetNumDevs(direction);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            std::string name;
+            if (driver.GetDevName(direction, i, name) == kMidiNoError && name == remote) {
+                return driver.Open(direction, i, &MidiCallbackRecorder::Callback, &recorder,
+                                   handle);
+            }
+        }
+        return kMidiBadDeviceId;
+    }
+    void MakeBuffers(std::size_t count, std::uint32_t size)
+    {
+        for (std::size_t i = 0; i < count; ++i) {
+            buffers.push_back(std::make_unique<TestBuffer>(size));
+            ASSERT_EQ(driver.PrepareHeader(handle, buffers.back()->header), kMidiNoError);
+        }
+    }
+    std::vector<MidiCallbackRecorder::Call> NewCalls()
+    {
+        std::vector<MidiCallbackRecorder::Call> calls = recorder.CallsSince(seen);
+        seen += calls.size();
+        return calls;
+    }
+};
+
+// Sends data through out's buffers, giving them back as they return, while
+// in's buffers are given back as they fill; what arrived, once expected
+// bytes did (all of them unless said) or the time is up.
+Bytes Transfer(Endpoint& out, Endpoint& in, const Bytes& data, std::size_t expected = 0)
+{
+    expected = expected == 0 ? data.size() : expected;
+    for (const auto& buffer : in.buffers) {
+        EXPECT_EQ(in.driver.AddBuffer(in.handle, buffer->header), kMidiNoError);
+    }
+    EXPECT_EQ(in.driver.Start(in.handle), kMidiNoError);
+    std::deque<TestBuffer*> free;
+    for (const auto& buffer : out.buffers) {
+        free.push_back(buffer.get());
+    }
+    std::size_t sent = 0;
+    Bytes received;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (received.size() < expected && std::chrono::steady_clock::now() < deadline) {
+        for (const auto& call : out.NewCalls()) {
+            if (call.message == MidiCallbackMessage::BufferDone) {
+                for (const auto& buffer : out.buffers) {
+                    if (&buffer->header == call.header) {
+                        free.push_back(buffer.get());
+                    }
+                }
+            }
+        }
+        while (!free.empty() && sent < data.size()) {
+            TestBuffer& buffer = *free.front();
+            free.pop_front();
+            const std::size_t count = std::min(buffer.storage.size(), data.size() - sent);
+            std::memcpy(buffer.storage.data(), data.data() + sent, count);
+            buffer.header.bufferLength = static_cast<std::uint32_t>(count);
+            EXPECT_EQ(out.driver.LongMsg(out.handle, buffer.header), kMidiNoError);
+            sent += count;
+        }
+        for (const auto& call : in.NewCalls()) {
+            if (call.message == MidiCallbackMessage::LongData) {
+                received.insert(received.end(), call.bytes.begin(), call.bytes.end());
+                EXPECT_EQ(in.driver.AddBuffer(in.handle, *call.header), kMidiNoError);
+            }
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return received;
+}
+
+class JackMidiDriverTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        if (!test::JackServer::IsInstalled()) {
+            return;
+        }
+        s_server = std::make_unique<test::JackServer>();
+        if (!s_server->Start("tarvix-test-" + std::to_string(getpid()), s_startError)) {
+            s_server.reset();
+        }
+    }
+    static void TearDownTestSuite() { s_server.reset(); }
+
+    void SetUp() override
+    {
+        if (!test::JackServer::IsInstalled()) {
+            GTEST_SKIP() << "jackd is not installed (the jackd2 package)";
+        }
+        ASSERT_TRUE(s_server) << s_startError;
+        program = std::make_unique<JackMidiDriver>("tarvix", s_server->GetName());
+        device = std::make_unique<JackMidiDriver>("tarvix-device", s_server->GetName());
+    }
+
+    static inline std::unique_ptr<test::JackServer> s_server;
+    static inline std::string s_startError;
+    // The program and the simulated device, as two clients of one server.
+    std::unique_ptr<JackMidiDriver> program;
+    std::unique_ptr<JackMidiDriver> device;
+};
+
+TEST_F(JackMidiDriverTest, ListsOtherClientsPortsByTheirJackNames)
+{
+    Endpoint deviceOut(*device);
+    Endpoint deviceIn(*device);
+    ASSERT_EQ(deviceOut.OpenVirtual(*device, MidiDirection::Output, "out"), kMidiNoError);
+    ASSERT_EQ(deviceIn.OpenVirtual(*device, MidiDirection::Input, "in"), kMidiNoError);
+    EXPECT_EQ(device->GetClientName(), "tarvix-device");
+    MidiHandle twice = nullptr;
+    EXPECT_EQ(device->OpenVirtual(MidiDirection::Output, "out", nullptr, nullptr, twice),
+              kMidiAllocated);
+
+    Endpoint programIn(*program);
+    ASSERT_EQ(programIn.Open(MidiDirection::Input, "tarvix-device:out"), kMidiNoError);
+    std::vector<std::string> inputs;
+    for (std::uint32_t i = 0; i < program->GetNumDevs(MidiDirection::Input); ++i) {
+        std::string name;
+        ASSERT_EQ(program->GetDevName(MidiDirection::Input, i, name), kMidiNoError);
+        inputs.push_back(name);
+    }
+    EXPECT_EQ(inputs, std::vector<std::string>{"tarvix-device:out"}); // not our own "tarvix:in"
+    Endpoint programOut(*program);
+    EXPECT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
+    EXPECT_EQ(program->GetUnavailableReason(), "");
+}
+
+TEST_F(JackMidiDriverTest, SysexOf70000BytesCrossesWholeEitherWay)
+{
+    Endpoint deviceOut(*device);
+    Endpoint deviceIn(*device);
+    Endpoint programOut(*program);
+    Endpoint programIn(*program);
+    ASSERT_EQ(deviceOut.OpenVirtual(*device, MidiDirection::Output, "out"), kMidiNoError);
+    ASSERT_EQ(deviceIn.OpenVirtual(*device, MidiDirection::Input, "in"), kMidiNoError);
+    ASSERT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
+    ASSERT_EQ(programIn.Open(MidiDirection::Input, "tarvix-device:out"), kMidiNoError);
+
+    // The program's way: 256-byte buffers out and in.
+    const Bytes dump = MakeSysex(70000, 1);
+    programOut.MakeBuffers(16, 256);
+    deviceIn.MakeBuffers(16, 256);
+    EXPECT_EQ(Transfer(programOut, deviceIn, dump), dump);
+
+    // The whole dump in one buffer: more than a period's port buffer holds,
+    // so it goes out over several periods.
+    const Bytes answer = MakeSysex(70000, 2);
+    deviceOut.MakeBuffers(1, 70000);
+    programIn.MakeBuffers(16, 256);
+    EXPECT_EQ(Transfer(deviceOut, programIn, answer), answer);
+}
+
+TEST_F(JackMidiDriverTest, ResetTakesBackWhatWasNotSentAndTheNextMessageArrivesWhole)
+{
+    Endpoint deviceIn(*device);
+    Endpoint programOut(*program);
+    ASSERT_EQ(deviceIn.OpenVirtual(*device, MidiDirection::Input, "in"), kMidiNoError);
+    ASSERT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
+    deviceIn.MakeBuffers(64, 1024);
+    for (const auto& buffer : deviceIn.buffers) {
+        ASSERT_EQ(device->AddBuffer(deviceIn.handle, buffer->header), kMidiNoError);
+    }
+    ASSERT_EQ(device->Start(deviceIn.handle), kMidiNoError);
+
+    TestBuffer big(MakeSysex(300000));
+    ASSERT_EQ(program->PrepareHeader(programOut.handle, big.header), kMidiNoError);
+    ASSERT_EQ(program->LongMsg(programOut.handle, big.header), kMidiNoError);
+    EXPECT_EQ(program->Close(programOut.handle), kMidiStillPlaying);
+    ASSERT_EQ(program->Reset(programOut.handle), kMidiNoError);
+    const auto done = programOut.recorder.Calls(MidiCallbackMessage::BufferDone);
+    ASSERT_EQ(done.size(), 1u);
+    EXPECT_EQ(done[0].header, &big.header);
+    EXPECT_EQ(program->UnprepareHeader(programOut.handle, big.header), kMidiNoError);
+
+    TestBuffer small(Bytes{0xF0, 0x43, 0x10, 0x4C, 0x00, 0xF7});
+    ASSERT_EQ(program->PrepareHeader(programOut.handle, small.header), kMidiNoError);
+    ASSERT_EQ(program->LongMsg(programOut.handle, small.header), kMidiNoError);
+    ASSERT_TRUE(deviceIn.recorder.WaitFor(
+        [&](const MidiCallbackRecorder& recorder) {
+            const auto calls = recorder.Calls(MidiCallbackMessage::LongData);
+            return !calls.empty() && calls.back().bytes == small.storage;
+        },
+        std::chrono::seconds(10)));
+    EXPECT_LT(deviceIn.recorder.Received().size(), big.storage.size() + small.storage.size());
+}
+
+TEST_F(JackMidiDriverTest, KeepsOnlySysexOutOfWhateverArrives)
+{
+    Endpoint deviceOut(*device);
+    Endpoint programIn(*program);
+    ASSERT_EQ(deviceOut.OpenVirtual(*device, MidiDirection::Output, "out"), kMidiNoError);
+    ASSERT_EQ(programIn.Open(MidiDirection::Input, "tarvix-device:out"), kMidiNoError);
+    deviceOut.MakeBuffers(1, 16);
+    programIn.MakeBuffers(4, 16);
+    const Bytes garbage{0x90, 0x40, 0x7F, 0x05, 0xF7, 0xF0, 0x01, 0xF8, 0x02, 0xF7, 0x80, 0x40};
+    EXPECT_EQ(Transfer(deviceOut, programIn, garbage, 4), (Bytes{0xF0, 0x01, 0x02, 0xF7}));
+}
+
+TEST(JackMidiDriverNoServerTest, ListsNoPortsAndSaysWhy)
+{
+    const std::string server = "tarvix-absent-" + std::to_string(getpid());
+    testing::internal::CaptureStderr();
+    JackMidiDriver driver("tarvix", server);
+    EXPECT_EQ(driver.GetName(), "JACK");
+    EXPECT_EQ(driver.GetNumDevs(MidiDirection::Input), 0u);
+    EXPECT_EQ(driver.GetUnavailableReason(), "No JACK server \"" + server + "\" is running.");
+    MidiHandle handle = nullptr;
+    EXPECT_EQ(driver.Open(MidiDirection::Input, 0, nullptr, nullptr, handle), kMidiBadDeviceId);
+    EXPECT_EQ(driver.OpenVirtual(MidiDirection::Output, "out", nullptr, nullptr, handle),
+              kMidiNoDriver);
+    EXPECT_EQ(driver.GetClientName(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+} // namespace
+} // namespace tarvix

@@ -1,0 +1,130 @@
+#include "JackServer.h"
+
+#include <jack/jack.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sstream>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace tarvix::test {
+
+namespace {
+
+std::string FindJackd()
+{
+    const char* path = std::getenv("PATH");
+    std::istringstream folders(path != nullptr ? path : "/usr/bin:/bin");
+    std::string folder;
+    while (std::getline(folders, folder, ':')) {
+        const std::string candidate = folder + "/jackd";
+        if (access(candidate.c_str(), X_OK) == 0) {
+            return candidate;
+        }
+    }
+    return {};
+}
+
+void Quiet(const char* /*message*/) {}
+
+bool CanConnect(const std::string& name)
+{
+    jack_set_error_function(&Quiet);
+    jack_set_info_function(&Quiet);
+    jack_status_t status{};
+    jack_client_t* client = jack_client_open(
+        "tarvix-probe", static_cast<jack_options_t>(JackNoStartServer | JackServerName), &status,
+        name.c_str());
+    jack_set_error_function(nullptr);
+    jack_set_info_function(nullptr);
+    if (client == nullptr) {
+        return false;
+    }
+    jack_client_close(client);
+    return true;
+}
+
+} // namespace
+
+JackServer::~JackServer()
+{
+    Stop();
+}
+
+bool JackServer::IsInstalled()
+{
+    return !FindJackd().empty();
+}
+
+bool JackServer::Start(const std::string& name, std::string& error)
+{
+    const std::string jackd = FindJackd();
+    if (jackd.empty()) {
+        error = "jackd is not installed";
+        return false;
+    }
+    const pid_t parent = getpid();
+    m_pid = fork();
+    if (m_pid < 0) {
+        error = "cannot fork";
+        return false;
+    }
+    if (m_pid == 0) {
+        setpgid(0, 0);
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        if (getppid() != parent) {
+            _exit(1);
+        }
+        const int null = open("/dev/null", O_RDWR);
+        dup2(null, STDIN_FILENO);
+        dup2(null, STDOUT_FILENO);
+        dup2(null, STDERR_FILENO);
+        execl(jackd.c_str(), "jackd", "--no-realtime", "-n", name.c_str(), "-d", "dummy",
+              static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    setpgid(m_pid, m_pid); // also from here, so the group exists before any kill
+    m_name = name;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(15);
+    while (std::chrono::steady_clock::now() < deadline) {
+        if (CanConnect(name)) {
+            return true;
+        }
+        int status = 0;
+        if (waitpid(m_pid, &status, WNOHANG) == m_pid) {
+            m_pid = -1;
+            error = "jackd exited at start-up";
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    error = "jackd did not come up within 15 s";
+    Stop();
+    return false;
+}
+
+void JackServer::Stop()
+{
+    if (m_pid <= 0) {
+        return;
+    }
+    kill(-m_pid, SIGTERM);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    int status = 0;
+    while (waitpid(m_pid, &status, WNOHANG) == 0) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            kill(-m_pid, SIGKILL);
+            waitpid(m_pid, &status, 0);
+            break;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    m_pid = -1;
+}
+
+} // namespace tarvix::test
