@@ -1,11 +1,14 @@
 // Writes the fuzzers' seed inputs: tarvix-fuzz-seeds DIR
 // DIR/sysex/ gets dumps of the demo, an empty and small random documents;
-// DIR/records/ gets their tracks, parts, songs and steps in clipboard form.
+// DIR/records/ gets their tracks, parts, songs and steps in clipboard form;
+// DIR/midi/ gets a few small Standard MIDI Files.
 #include "RecordSelector.h"
 
 #include "demo/DemoDocument.h"
 #include "io/FileStream.h"
 #include "io/Stream.h"
+#include "midifile/MidiFile.h"
+#include "midifile/MidiFileStream.h"
 #include "model/Mmt8Memory.h"
 #include "model/RecordPersistence.h"
 #include "model/SysexDump.h"
@@ -132,6 +135,80 @@ void WriteRecords(SeedWriter& seeds, const CMmt8Memory& memory, const std::strin
         }
     }
 }
+void WriteMidiFile(SeedWriter& seeds, CMidiFile& file, const std::string& name)
+{
+    CMidiFileStream stream;
+    stream.OpenMemoryForWriting();
+    file.Persist(stream);
+    const auto bytes = stream.GetWrittenBytes();
+    seeds.Write("midi", name + ".mid", {bytes.begin(), bytes.end()});
+}
+
+CMidiTrack& AddTrack(CMidiFile& file)
+{
+    file.tracks.push_back(std::make_unique<CMidiTrack>());
+    file.header.trackCount = static_cast<std::uint16_t>(file.tracks.size());
+    return *file.tracks.back();
+}
+
+void AddMeta(CMidiTrack& track, std::uint32_t delta, std::uint8_t type,
+             const std::vector<std::uint8_t>& data)
+{
+    auto meta = std::make_unique<CMidiMetaEvent>(delta, 0xFF);
+    meta->SetType(type);
+    meta->SetData(data);
+    track.AppendEvent(std::move(meta));
+}
+
+void AddChannel(CMidiTrack& track, std::uint32_t delta, std::uint8_t status, std::uint8_t data1,
+                std::uint8_t data2 = 0)
+{
+    auto event = std::make_unique<CMidiChannelEvent>(delta, status);
+    event->SetData(data1, data2);
+    track.AppendEvent(std::move(event));
+}
+
+void AddSysex(CMidiTrack& track, std::uint8_t status, const std::vector<std::uint8_t>& data)
+{
+    auto event = std::make_unique<CMidiSysexEvent>(0, status);
+    event->SetData(data);
+    track.AppendEvent(std::move(event));
+}
+
+// Small Standard MIDI Files: format 0 with running status, format 1 with
+// every kind of meta event, channel message and SysEx.
+void WriteMidiSeeds(SeedWriter& seeds)
+{
+    CMidiFile file;
+    file.header.division = 96;
+    WriteMidiFile(seeds, file, "empty");
+
+    CMidiTrack& single = AddTrack(file);
+    AddMeta(single, 0, 0x51, {0x07, 0xA1, 0x20});
+    for (std::uint8_t note = 60; note < 64; ++note) {
+        AddChannel(single, 48, 0x90, note, 100);
+        AddChannel(single, 48, 0x90, note, 0);
+        AddChannel(single, 0, 0x99, 36, 90);
+    }
+    AddSysex(single, 0xF0, {0x43, 0x10, 0x4C, 0x00, 0x00, 0x7E, 0x00, 0xF7});
+    AddMeta(single, 0, 0x2F, {});
+    WriteMidiFile(seeds, file, "format0");
+
+    file.header.format = 1;
+    CMidiTrack& conductor = *file.tracks.front();
+    const std::vector<std::pair<std::uint8_t, std::vector<std::uint8_t>>> metas = {
+        {0x00, {0, 1}}, {0x01, {'a', 0, 'b'}}, {0x03, {'N'}}, {0x20, {9}}, {0x21, {1}},
+        {0x54, {1, 2, 3, 4, 5}}, {0x58, {6, 3, 24, 8}}, {0x59, {0xFE, 1}}, {0x7F, {0x41, 1}},
+        {0x60, {}}};
+    for (const auto& [type, data] : metas)
+        AddMeta(conductor, 0, type, data);
+    CMidiTrack& voices = AddTrack(file);
+    for (std::uint8_t status = 0x80; status < 0xF0; status += 0x10)
+        AddChannel(voices, 10, static_cast<std::uint8_t>(status | 0x05), 0x40, 0x7F);
+    AddSysex(voices, 0xF7, {0xF8});
+    AddMeta(voices, 0, 0x2F, {});
+    WriteMidiFile(seeds, file, "format1");
+}
 } // namespace
 
 int main(int argc, char** argv)
@@ -161,6 +238,8 @@ int main(int argc, char** argv)
         if (i < kRecordDocuments)
             WriteRecords(seeds, memory, name);
     }
+
+    WriteMidiSeeds(seeds);
 
     if (!seeds.Ok())
         return 1;

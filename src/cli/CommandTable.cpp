@@ -1,5 +1,6 @@
 #include "cli/CliCommand.h"
 #include "cli/commands/DocumentCommands.h"
+#include "cli/commands/MidiFileCommands.h"
 
 namespace tarvix::cli {
 
@@ -15,6 +16,7 @@ const std::vector<std::unique_ptr<CliCommand>>& AllCommands()
         all.push_back(MakeListCommand());
         all.push_back(MakeNewCommand());
         all.push_back(MakeRewriteCommand());
+        all.push_back(MakeDumpCommand());
         return all;
     }();
     return commands;
