@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Sets up, builds from nothing and runs every test: the unit and end-to-end
 # tests, the same tests under AddressSanitizer and UndefinedBehaviorSanitizer,
-# and each fuzz target for a bounded time (FUZZ_SECONDS, default 60).
+# the threaded transport tests under ThreadSanitizer, and each fuzz target for
+# a bounded time (FUZZ_SECONDS, default 60).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -16,6 +17,11 @@ echo "== build and test (asan: AddressSanitizer + UndefinedBehaviorSanitizer)"
 cmake --preset asan
 cmake --build --preset asan
 ctest --preset asan
+
+echo "== build and test (tsan: ThreadSanitizer, the tests labelled transport)"
+cmake --preset tsan
+cmake --build --preset tsan
+ctest --preset tsan
 
 echo "== fuzz"
 scripts/fuzz.sh "${FUZZ_SECONDS:-60}"

@@ -1,0 +1,120 @@
+#include "transport/transfer/DumpTransfer.h"
+
+#include "../ports/PortTestSupport.h"
+#include "ScriptedView.h"
+#include "model/Mmt8Memory.h"
+#include "model/SysexDump.h"
+#include "support/RandomDocument.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace tarvix::test {
+namespace {
+
+class DumpTransferTest : public LoopbackPortTest {
+protected:
+    void SetUp() override { OpenInput(256, 64); }
+
+    static void MakeDocument(CMmt8Memory& memory, unsigned seed)
+    {
+        std::mt19937 random(seed);
+        tarvix::testing::FillRandomDocument(memory, random, {5, 10, 5, 20});
+    }
+
+    static Bytes DumpOf(unsigned seed)
+    {
+        CMmt8Memory memory;
+        MakeDocument(memory, seed);
+        Bytes dump;
+        std::string error;
+        EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
+        return dump;
+    }
+
+    static std::string DifferenceFrom(unsigned seed, const CMmt8Memory& memory)
+    {
+        CMmt8Memory expected;
+        MakeDocument(expected, seed);
+        return tarvix::testing::DescribeDifference(expected, memory);
+    }
+
+    // The device answers the Receive with these bytes; then the user waits.
+    void AnswerWith(const Bytes& bytes, std::size_t messages)
+    {
+        view.beforeTick = [this, bytes, messages](int tick) {
+            if (tick == 0)
+                device.Feed(bytes);
+            return WaitForMessages(messages);
+        };
+    }
+
+    ScriptedView view;
+    CMmt8Memory memory;
+};
+
+TEST_F(DumpTransferTest, ReceiveLoadsTheDumpAndSkipsOtherTraffic)
+{
+    const Bytes dump = DumpOf(1);
+    AnswerWith(Concat(MakeSysex(30), dump), 2);
+    Bytes loaded;
+
+    EXPECT_TRUE(ReceiveDump(input, output, memory, view, &loaded));
+
+    EXPECT_EQ(DifferenceFrom(1, memory), "");
+    EXPECT_EQ(memory.modified, 1);
+    EXPECT_EQ(loaded, dump);
+    EXPECT_TRUE(view.reported.empty());
+}
+
+TEST_F(DumpTransferTest, OfTwoDumpsTheFirstIsLoaded)
+{
+    AnswerWith(Concat(DumpOf(2), DumpOf(3)), 2);
+    EXPECT_TRUE(ReceiveDump(input, output, memory, view));
+    EXPECT_EQ(DifferenceFrom(2, memory), "");
+}
+
+TEST_F(DumpTransferTest, CancelLeavesTheDocumentAsItWas)
+{
+    MakeDocument(memory, 4);
+    view.beforeTick = [this](int) {
+        device.Feed(DumpOf(5));
+        WaitForMessages(1);
+        return false;
+    };
+
+    EXPECT_FALSE(ReceiveDump(input, output, memory, view));
+
+    EXPECT_EQ(DifferenceFrom(4, memory), "");
+    EXPECT_EQ(memory.modified, 0);
+    EXPECT_FALSE(input.IsStarted());
+    // What arrived stays until the next receive starts.
+    EXPECT_EQ(CopyMessages(input).size(), 1u);
+}
+
+TEST_F(DumpTransferTest, AnIncompleteDumpIsNeverLoaded)
+{
+    const Bytes dump = DumpOf(6);
+    input.StartReceive();
+    device.Feed(Bytes(dump.begin(), dump.end() - 1));
+    input.Stop();
+    ASSERT_EQ(CopyMessages(input).size(), 1u);
+
+    EXPECT_FALSE(LoadReceivedDump(input, memory, nullptr));
+    EXPECT_EQ(memory.modified, 0);
+}
+
+TEST_F(DumpTransferTest, SendTransmitsTheDocumentsDump)
+{
+    OpenOutput(256, 8);
+    MakeDocument(memory, 7);
+
+    EXPECT_TRUE(SendDump(input, output, memory, view));
+
+    EXPECT_EQ(device.TakeReceived(), DumpOf(7));
+    EXPECT_TRUE(view.reported.empty());
+}
+
+} // namespace
+} // namespace tarvix::test
