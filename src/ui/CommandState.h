@@ -1,0 +1,21 @@
+#pragma once
+
+#include "ui/CommandTable.h"
+
+namespace tarvix {
+
+enum class Pane { None, Tree, List };
+
+// What command enabling depends on, gathered by the frame on each update.
+struct UiState {
+    Pane activePane = Pane::None;
+    NodeKind kind = NodeKind::None;
+    bool hasSelection = false; // in the active pane
+    bool inputOpen = false;
+    bool outputOpen = false;
+    bool canPaste = false;     // the clipboard holds what Paste would read
+};
+
+bool IsCommandEnabled(const CommandInfo& command, const UiState& state);
+
+} // namespace tarvix

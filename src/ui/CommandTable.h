@@ -1,0 +1,53 @@
+#pragma once
+
+#include "ui/CommandId.h"
+#include "ui/Node.h"
+
+#include <vector>
+
+namespace tarvix {
+
+enum class CommandMenu { None, File, Edit, Tools, Help };
+enum class CommandHandler { Frame, ActivePane, ListPane, TreePane, Nobody };
+
+// When a command is enabled; the kind-bound rules read `rule_kind`.
+enum class EnableRule {
+    Always,
+    InputOpen,        // the MIDI input device is open
+    OutputOpen,       // the MIDI output device is open
+    PaneSelection,    // the active pane has a selection
+    Paste,            // the clipboard holds what a paste in the active pane reads
+    ListActive,
+    ListKindSelection, // list active, CurrentNode of rule_kind, a selection
+    ListKind,          // list active, CurrentNode of rule_kind
+    TreeRename,        // tree active, one part or one song selected
+};
+
+struct CommandInfo {
+    CommandId id;
+    const char* objectName;  // the QAction's, stable for tests and scripts
+    CommandMenu menu;
+    const char* menuText;    // with its accelerator hint after a tab
+    const char* keys;        // QKeySequence portable texts, "; " between keys
+    bool onToolbar;
+    const char* promptTip;   // status-bar prompt, then "\n" and the tooltip
+    CommandHandler handler;
+    EnableRule rule;
+    NodeKind ruleKind;
+    bool separatorAfter;
+};
+
+// Every command in menu order; the rows without a menu are keys only.
+const std::vector<CommandInfo>& CommandTable();
+const CommandInfo* FindCommand(CommandId id);
+
+// The toolbar's buttons in order; kCmdNone is a separator.
+const std::vector<CommandId>& ToolbarLayout();
+
+// The File menu's "Recent &Files" submenu and its items' prompt.
+inline constexpr const char* kRecentFilesMenuText = "Recent &Files";
+inline constexpr const char* kRecentFilesPrompt = "Open this document";
+
+const char* MenuTitle(CommandMenu menu);
+
+} // namespace tarvix

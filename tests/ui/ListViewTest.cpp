@@ -1,0 +1,216 @@
+#include "UiTestBase.h"
+
+#include "ui/ListModel.h"
+#include "ui/ListPane.h"
+#include "ui/TreePane.h"
+
+#include <QAbstractItemModelTester>
+#include <QHeaderView>
+#include <QMenu>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace tarvix::testing {
+namespace {
+
+QStringList Row(const CListModel& model, int row)
+{
+    QStringList cells;
+    for (int column = 0; column < model.columnCount(); ++column)
+        cells << model.data(model.index(row, column)).toString();
+    return cells;
+}
+
+QStringList Headers(const CListModel& model)
+{
+    QStringList titles;
+    for (int column = 0; column < model.columnCount(); ++column)
+        titles << model.headerData(column, Qt::Horizontal).toString();
+    return titles;
+}
+
+QString Number(std::uint32_t value) { return QString::number(value); }
+
+TEST(ListModelTest, FourLayoutsWithTheirColumnsAndCells)
+{
+    CMmt8Memory memory;
+    FillSampleDocument(memory);
+    CListModel model(memory);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    EXPECT_EQ(model.rowCount(), 0);
+    EXPECT_EQ(model.columnCount(), 0);
+
+    model.ShowNode({NodeKind::AllParts, 0});
+    EXPECT_EQ(Headers(model), (QStringList{"##", "Part name", "Number of beats", "Size in bytes"}));
+    EXPECT_EQ(model.rowCount(), 100);
+    EXPECT_EQ(Row(model, 3), (QStringList{" 03", "Bass line", "4", Number(memory.GetPartSize(3))}));
+    EXPECT_EQ(Row(model, 99), (QStringList{" 99", "", "", Number(memory.GetPartSize(99))}));
+
+    model.ShowNode({NodeKind::Part, 3});
+    EXPECT_EQ(Headers(model), (QStringList{"##", "Midi channel", "Number of events", "Size in bytes"}));
+    ASSERT_EQ(model.rowCount(), 8);
+    EXPECT_EQ(Row(model, 0), (QStringList{" 01", "Unchanged", "0", Number(memory.GetTrackSize(3, 0))}));
+    EXPECT_EQ(Row(model, 1), (QStringList{" 02", "5", "2", Number(memory.GetTrackSize(3, 1))}));
+    EXPECT_EQ(Row(model, 7)[0], QStringLiteral(" 08"));
+
+    model.ShowNode({NodeKind::AllSongs, 0});
+    EXPECT_EQ(Headers(model), (QStringList{"##", "Song name", "Beats per minute", "Size in bytes"}));
+    EXPECT_EQ(Row(model, 7), (QStringList{" 07", "Verse", "96", Number(memory.GetSongSize(7))}));
+    EXPECT_EQ(Row(model, 8)[2], QString());
+
+    model.ShowNode({NodeKind::Song, 7});
+    EXPECT_EQ(Headers(model), (QStringList{"##", "Part name", "Number of beats", "Tracks enabled"}));
+    ASSERT_EQ(model.rowCount(), 3);
+    EXPECT_EQ(Row(model, 0), (QStringList{" 03", "Bass line", "4", "All"}));
+    EXPECT_EQ(Row(model, 1), (QStringList{" 12", "Drums", "8", "1 3 5 "}));
+    EXPECT_EQ(Row(model, 2), (QStringList{" 00", "", "", "None"}));
+
+    model.ShowNode({NodeKind::Song, 8});
+    EXPECT_EQ(model.rowCount(), 0);
+    EXPECT_EQ(Headers(model), (QStringList{"##", "Part name", "Number of beats", "Tracks enabled"}));
+    EXPECT_EQ(model.ColumnWidthUnits(0), 1);
+    EXPECT_EQ(model.ColumnWidthUnits(1), 5);
+    EXPECT_EQ(model.ColumnWidthUnits(2), 4);
+    EXPECT_EQ(model.ColumnWidthUnits(3), 0);
+}
+
+TEST(ListModelTest, SameKindRedrawsButStepListsAreRebuilt)
+{
+    CMmt8Memory memory;
+    FillSampleDocument(memory);
+    CListModel model(memory);
+    QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+    QSignalSpy redraws(&model, &QAbstractItemModel::dataChanged);
+
+    EXPECT_TRUE(model.ShowNode({NodeKind::Part, 3}));
+    EXPECT_FALSE(model.ShowNode({NodeKind::Part, 7}));
+    EXPECT_EQ(resets.count(), 1);
+    EXPECT_EQ(redraws.count(), 1);
+    EXPECT_EQ(Row(model, 1)[1], QStringLiteral("Unchanged")); // part 7's track now
+
+    EXPECT_TRUE(model.ShowNode({NodeKind::Song, 7}));
+    EXPECT_TRUE(model.ShowNode({NodeKind::Song, 7}));
+    EXPECT_TRUE(model.ShowNode({NodeKind::Song, 2}));
+    EXPECT_EQ(resets.count(), 4);
+    EXPECT_TRUE(model.ShowNode({NodeKind::AllSongs, 0}));
+    EXPECT_FALSE(model.ShowNode({NodeKind::AllSongs, 0}));
+}
+
+class ListViewTest : public UiTest {
+protected:
+    void SetUp() override
+    {
+        Start();
+        FillSampleDocument(Memory());
+        Frame().RefreshViews();
+    }
+
+    CListPane& List() { return Frame().List(); }
+
+    void ShowInList(Node node, int row)
+    {
+        Frame().Tree().SelectNode(node);
+        Frame().SwitchPane(Pane::List);
+        List().selectRow(row);
+        ProcessEvents();
+    }
+};
+
+TEST_F(ListViewTest, ColumnWidthsAreMultiplesOfFiveXs)
+{
+    const int unit = List().fontMetrics().horizontalAdvance(QStringLiteral("XXXXX"));
+    EXPECT_EQ(List().columnWidth(0), unit);
+    EXPECT_EQ(List().columnWidth(1), 5 * unit);
+    EXPECT_EQ(List().columnWidth(2), 4 * unit);
+    EXPECT_TRUE(List().horizontalHeader()->stretchLastSection());
+}
+
+TEST_F(ListViewTest, RebuildKeepsTheFirstSelectedRowWhenItStillExists)
+{
+    ShowInList({NodeKind::Part, 3}, 5);
+    Frame().Tree().SelectNode({NodeKind::AllSongs, 0});
+    EXPECT_EQ(List().SelectedRows(), std::vector<int>{5});
+    Frame().Tree().SelectNode({NodeKind::Song, 7});
+    EXPECT_TRUE(List().SelectedRows().empty()); // a song of three steps
+}
+
+TEST_F(ListViewTest, ActivatingAPartOrSongOpensIt)
+{
+    ShowInList({NodeKind::AllParts, 0}, 3);
+    QTest::keyClick(&List(), Qt::Key_Return);
+    EXPECT_EQ(Frame().CurrentNode(), (Node{NodeKind::Part, 3}));
+    EXPECT_EQ(List().Model().rowCount(), 8);
+
+    ShowInList({NodeKind::AllSongs, 0}, 7);
+    QTest::keyClick(&List(), Qt::Key_F2);
+    EXPECT_EQ(Frame().CurrentNode(), (Node{NodeKind::Song, 7}));
+    EXPECT_EQ(List().Model().rowCount(), 3);
+}
+
+TEST_F(ListViewTest, DoubleClickOnAValueColumnSendsItsCommand)
+{
+    ShowInList({NodeKind::AllParts, 0}, 3);
+    List().ActivateRow(3, 2);
+    ShowInList({NodeKind::Part, 3}, 1);
+    List().ActivateRow(1, 1);
+    List().ActivateRow(1, 0);
+    ShowInList({NodeKind::AllSongs, 0}, 7);
+    List().ActivateRow(7, 2);
+    EXPECT_EQ(m_commands->log, (QStringList{"33023 list node 1.0 rows 3", "33024 list node 2.3 rows 1",
+                                            "TrackDump 3 1", "33025 list node 3.0 rows 7"}));
+    EXPECT_EQ(Frame().CurrentNode(), (Node{NodeKind::AllSongs, 0}));
+}
+
+TEST_F(ListViewTest, ActivatingAStepOpensItsPropertiesAndAConfirmationMarksTheDocument)
+{
+    ShowInList({NodeKind::Song, 7}, 1);
+    QTest::keyClick(&List(), Qt::Key_Enter);
+    EXPECT_EQ(Memory().modified, 0);
+    m_commands->confirmStepEdit = true;
+    List().ActivateRow(2, 3);
+    EXPECT_EQ(m_commands->log, (QStringList{"StepProperties 7 1", "StepProperties 7 2"}));
+    EXPECT_EQ(Memory().modified, 1);
+    ProcessEvents();
+    EXPECT_TRUE(Frame().windowTitle().endsWith(QStringLiteral(" *")));
+}
+
+TEST_F(ListViewTest, SelectAllSelectsEveryRow)
+{
+    ShowInList({NodeKind::Part, 3}, 0);
+    TriggerAction("editSelectAll");
+    EXPECT_EQ(List().SelectedRows(), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}));
+}
+
+TEST_F(ListViewTest, ContextMenusFollowTheNodeKind)
+{
+    struct Case {
+        Node node;
+        const char* name;
+        QStringList texts;
+    };
+    const std::vector<Case> cases = {
+        {{NodeKind::AllParts, 0}, "P2_PartList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "A&ssign...", "&Beats..."}},
+        {{NodeKind::Part, 3}, "P2_TrackList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "C&hannel..."}},
+        {{NodeKind::AllSongs, 0}, "P2_SongList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "&Tempo..."}},
+        {{NodeKind::Song, 7}, "P2_StepList", {"&Copy", "&Paste", "Select &all", "I&ncrement", "D&ecrement", "&Insert", "&Delete", "I&mport...", "E&xport..."}},
+    };
+    for (const Case& c : cases) {
+        ShowInList(c.node, 0);
+        const std::unique_ptr<QMenu> menu = Frame().BuildContextMenu(Pane::List);
+        ASSERT_NE(menu, nullptr);
+        EXPECT_EQ(menu->objectName(), QString::fromLatin1(c.name));
+        QStringList texts;
+        for (QAction* action : menu->actions())
+            texts << action->text();
+        EXPECT_EQ(texts, c.texts) << c.name;
+        EXPECT_TRUE(menu->actions().last()->isEnabled()) << c.name;
+    }
+    // An item runs its command in the list.
+    ShowInList({NodeKind::AllParts, 0}, 4);
+    const std::unique_ptr<QMenu> menu = Frame().BuildContextMenu(Pane::List);
+    menu->actions().last()->trigger();
+    EXPECT_EQ(m_commands->log.last(), QStringLiteral("33023 list node 1.0 rows 4"));
+}
+
+} // namespace
+} // namespace tarvix::testing
