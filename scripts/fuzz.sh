@@ -64,6 +64,7 @@ run_fuzzer() {
 run_fuzzer tarvix-fuzz-sysex-data "$corpus/sysex"
 run_fuzzer tarvix-fuzz-record-persistence "$corpus/records"
 run_fuzzer tarvix-fuzz-midi-file "$corpus/midi"
+run_fuzzer tarvix-fuzz-midi-import "$corpus/midi"
 
 echo
 echo "Fuzzing summary:"

@@ -1,43 +1,18 @@
 // An outside reader and writer agrees with ours: Debian's mido makes files
 // that we read event for event, and reads the files we write as we meant them.
 #include "MidiTestSupport.h"
+#include "MidoPeer.h"
 
 #include "midifile/MidiFileStream.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <fstream>
 #include <sstream>
-#include <sys/wait.h>
 
 namespace tarvix::testing {
 namespace {
-
-struct PeerRun {
-    int status = -1;
-    std::string output;
-};
-
-// The machine's default python3 may lack Debian's packages: the peer runs
-// on the system interpreter. A missing mido fails the test, it never skips.
-PeerRun RunPeer(const std::string& command, const std::string& path)
-{
-    const std::string line = "/usr/bin/python3 '" TARVIX_MIDO_PEER "' " + command + " '" + path +
-                             "' 2>&1";
-    PeerRun run;
-    std::FILE* pipe = popen(line.c_str(), "r");
-    if (pipe == nullptr)
-        return run;
-    char buffer[4096];
-    std::size_t count = 0;
-    while ((count = std::fread(buffer, 1, sizeof buffer, pipe)) != 0)
-        run.output.append(buffer, count);
-    const int status = pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
-}
 
 std::string ReadText(const std::string& path)
 {
@@ -50,7 +25,7 @@ std::string ReadText(const std::string& path)
 TEST(MidoPeerTest, WeReadWhatMidoWrote)
 {
     const TempDir folder;
-    const PeerRun run = RunPeer("make", folder.Path().string());
+    const PeerRun run = RunMidoPeer("make", folder.Path().string());
     ASSERT_EQ(run.status, 0) << run.output;
     for (const char* name : {"format0", "format1", "random1", "random2"}) {
         const std::string base = folder.File(name);
@@ -107,7 +82,7 @@ TEST(MidoPeerTest, MidoReadsWhatWeWrote)
     ASSERT_TRUE(stream.Open(path, CMidiFileStream::kModeWrite));
     file.Persist(stream);
     stream.Close();
-    const PeerRun run = RunPeer("list", path);
+    const PeerRun run = RunMidoPeer("list", path);
     ASSERT_EQ(run.status, 0) << run.output;
     EXPECT_EQ(run.output, ListEvents(file));
 }

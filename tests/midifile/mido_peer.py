@@ -4,6 +4,7 @@
   mido_peer.py make FOLDER   writes sample files FOLDER/NAME.mid, each with
                              FOLDER/NAME.txt, mido's listing of it
   mido_peer.py list FILE     prints mido's listing of FILE
+  mido_peer.py notes FILE    prints the notes of FILE as a sequencer shows them
 
 The listing is one line per event, as the C++ tests print theirs:
   header FORMAT TRACKS DIVISION / track / DELTA channel STATUS DATA..
@@ -11,6 +12,11 @@ The listing is one line per event, as the C++ tests print theirs:
 with bytes as two lower-case hex digits. SysEx data are listed as they stand
 in the file after the length: mido drops the closing F7, the listing puts it
 back.
+
+The notes are one line per note, by start: START LENGTH CHANNEL NOTE VELOCITY
+(absolute ticks), each note-off ending the earliest open note of its channel
+and note number, as most sequencers pair them; a note never ended has the
+length "open". Each track starts with a line "track".
 """
 import os
 import random
@@ -44,6 +50,28 @@ def listing(midi):
                 lines.append("%d sysex%s" % (message.time, hex_bytes(data)))
             else:
                 lines.append("%d channel%s" % (message.time, hex_bytes(message.bytes())))
+    return "\n".join(lines) + "\n"
+
+
+def notes(midi):
+    lines = []
+    for track in midi.tracks:
+        lines.append("track")
+        found = []
+        open_notes = {}
+        now = 0
+        for message in track:
+            now += message.time
+            if message.type == "note_on" and message.velocity > 0:
+                note = [now, "open", message.channel, message.note, message.velocity]
+                found.append(note)
+                open_notes.setdefault((message.channel, message.note), []).append(note)
+            elif message.type in ("note_on", "note_off"):
+                waiting = open_notes.get((message.channel, message.note))
+                if waiting:
+                    note = waiting.pop(0)
+                    note[1] = now - note[0]
+        lines.extend("%d %s %d %d %d" % tuple(note) for note in found)
     return "\n".join(lines) + "\n"
 
 
@@ -153,6 +181,8 @@ def main(arguments):
         make(arguments[1])
     elif len(arguments) == 2 and arguments[0] == "list":
         sys.stdout.write(listing(mido.MidiFile(arguments[1])))
+    elif len(arguments) == 2 and arguments[0] == "notes":
+        sys.stdout.write(notes(mido.MidiFile(arguments[1])))
     else:
         sys.stderr.write(__doc__)
         return 2

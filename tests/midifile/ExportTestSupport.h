@@ -1,0 +1,34 @@
+#pragma once
+
+#include "MidiTestSupport.h"
+
+#include "midifile/MidiImportOptions.h"
+#include "midifile/MidiSelection.h"
+
+#include <string>
+#include <vector>
+
+namespace tarvix {
+class CMmt8Memory;
+}
+
+namespace tarvix::testing {
+
+MidiSelection Select(MidiSelectionKind kind, int index = 0, std::vector<int> items = {});
+
+// The file the selection exports to; a refusal fails the test.
+CMidiFile Exported(const CMmt8Memory& memory, const MidiSelection& selection);
+// The same as the bytes of a file.
+Bytes ExportedBytes(const CMmt8Memory& memory, const MidiSelection& selection);
+
+// A track's events at their absolute ticks, one a line: "96 90 3c 64" for
+// channel and SysEx messages, "0 meta 03 \"Track 1\"" for text meta events,
+// "0 meta 20 02" for the others.
+std::vector<std::string> Timeline(const CMidiTrack& track);
+
+// The import with aftertouch and SysEx on: reads the bytes, ticks the
+// tracks the dialog ticks, assigns the device tracks for the selection and
+// runs it into the memory.
+void ImportBack(CMmt8Memory& memory, const MidiSelection& selection, const Bytes& bytes);
+
+} // namespace tarvix::testing

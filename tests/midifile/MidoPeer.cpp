@@ -1,0 +1,25 @@
+#include "MidoPeer.h"
+
+#include <cstdio>
+#include <sys/wait.h>
+
+namespace tarvix::testing {
+
+PeerRun RunMidoPeer(const std::string& command, const std::string& path)
+{
+    const std::string line = "/usr/bin/python3 '" TARVIX_MIDO_PEER "' " + command + " '" + path +
+                             "' 2>&1";
+    PeerRun run;
+    std::FILE* pipe = popen(line.c_str(), "r");
+    if (pipe == nullptr)
+        return run;
+    char buffer[4096];
+    std::size_t count = 0;
+    while ((count = std::fread(buffer, 1, sizeof buffer, pipe)) != 0)
+        run.output.append(buffer, count);
+    const int status = pclose(pipe);
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+} // namespace tarvix::testing
