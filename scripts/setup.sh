@@ -13,6 +13,7 @@ packages=(
     python3-mido midicsv             # outside peers for the MIDI file tests
     libasound2-dev libjack-jackd2-dev pkg-config  # ALSA and JACK MIDI backends
     jackd2                           # a real JACK server for the MIDI driver and e2e tests
+    xvfb xauth xdotool imagemagick   # scripts/screenshot.sh: the editor on a virtual screen
 )
 
 missing=()

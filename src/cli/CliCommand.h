@@ -43,6 +43,8 @@ public:
     virtual ~CliCommand() = default;
     virtual const char* Name() const = 0;
     virtual const char* Summary() const = 0;
+    // More for the command's --help, after the summary; empty for none.
+    virtual const char* Details() const { return ""; }
     virtual std::vector<const char*> PositionalNames() const = 0;
     virtual std::vector<OptionSpec> Options() const { return {}; }
     // Returns an exit status. Bad values in well-formed arguments (a part

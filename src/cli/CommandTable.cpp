@@ -1,4 +1,5 @@
 #include "cli/CliCommand.h"
+#include "cli/commands/DeviceCommands.h"
 #include "cli/commands/DocumentCommands.h"
 #include "cli/commands/MidiFileCommands.h"
 
@@ -17,6 +18,12 @@ const std::vector<std::unique_ptr<CliCommand>>& AllCommands()
         all.push_back(MakeNewCommand());
         all.push_back(MakeRewriteCommand());
         all.push_back(MakeDumpCommand());
+        all.push_back(MakeImportCommand());
+        all.push_back(MakeExportCommand());
+        all.push_back(MakePortsCommand());
+        all.push_back(MakeReceiveCommand());
+        all.push_back(MakeSendCommand());
+        all.push_back(MakeDeviceCommand());
         return all;
     }();
     return commands;

@@ -17,6 +17,8 @@ const OptionSpec* FindOption(const std::vector<OptionSpec>& options, const std::
 void PrintCommandHelp(const CliCommand& command, std::FILE* out)
 {
     std::fprintf(out, "Usage: %s\n\n%s\n", UsageLine(command).c_str(), command.Summary());
+    if (*command.Details() != '\0')
+        std::fprintf(out, "\n%s\n", command.Details());
     const auto options = command.Options();
     if (!options.empty())
         std::fputs("\nOptions:\n", out);

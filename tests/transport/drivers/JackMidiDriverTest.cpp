@@ -5,7 +5,7 @@
 // period) and as one buffer (about 1.5 MB/s: a MIDI port buffer carries
 // about 32 KB a period, the rest goes in the following periods).
 
-#include "JackServer.h"
+#include "support/JackServer.h"
 #include "MidiCallbackRecorder.h"
 
 #include "transport/drivers/jack/JackMidiDriver.h"
@@ -131,7 +131,7 @@ protected:
             return;
         }
         s_server = std::make_unique<test::JackServer>();
-        if (!s_server->Start("tarvix-test-" + std::to_string(getpid()), s_startError)) {
+        if (!s_server->Start("tarvix-test", s_startError)) {
             s_server.reset();
         }
     }

@@ -1,4 +1,4 @@
-#include "JackServer.h"
+#include "support/JackServer.h"
 
 #include <jack/jack.h>
 
@@ -29,6 +29,11 @@ std::string FindJackd()
     }
     return {};
 }
+
+constexpr int kNames = 8;
+constexpr auto kSettleTime = std::chrono::milliseconds(100);
+// jackd unregisters itself on SIGTERM; killed, it would keep its place.
+constexpr auto kStopGrace = std::chrono::seconds(15);
 
 void Quiet(const char* /*message*/) {}
 
@@ -61,13 +66,23 @@ bool JackServer::IsInstalled()
     return !FindJackd().empty();
 }
 
-bool JackServer::Start(const std::string& name, std::string& error)
+bool JackServer::Start(const std::string& baseName, std::string& error)
 {
     const std::string jackd = FindJackd();
     if (jackd.empty()) {
         error = "jackd is not installed";
         return false;
     }
+    for (int number = 1; number <= kNames; ++number) {
+        if (StartAs(jackd, baseName + "-" + std::to_string(number), error)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool JackServer::StartAs(const std::string& jackd, const std::string& name, std::string& error)
+{
     const pid_t parent = getpid();
     m_pid = fork();
     if (m_pid < 0) {
@@ -92,19 +107,32 @@ bool JackServer::Start(const std::string& name, std::string& error)
     m_name = name;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(15);
     while (std::chrono::steady_clock::now() < deadline) {
-        if (CanConnect(name)) {
-            return true;
-        }
-        int status = 0;
-        if (waitpid(m_pid, &status, WNOHANG) == m_pid) {
-            m_pid = -1;
-            error = "jackd exited at start-up";
+        if (HasExited()) {
+            error = "jackd exited at start-up (its name taken, or JACK's registry full)";
             return false;
+        }
+        if (CanConnect(name)) {
+            // The client may have reached another test's server of this
+            // name before ours found the name taken and gave up.
+            std::this_thread::sleep_for(kSettleTime);
+            if (!HasExited()) {
+                return true;
+            }
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     error = "jackd did not come up within 15 s";
     Stop();
+    return false;
+}
+
+bool JackServer::HasExited()
+{
+    int status = 0;
+    if (m_pid <= 0 || waitpid(m_pid, &status, WNOHANG) == m_pid) {
+        m_pid = -1;
+        return true;
+    }
     return false;
 }
 
@@ -114,7 +142,7 @@ void JackServer::Stop()
         return;
     }
     kill(-m_pid, SIGTERM);
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    const auto deadline = std::chrono::steady_clock::now() + kStopGrace;
     int status = 0;
     while (waitpid(m_pid, &status, WNOHANG) == 0) {
         if (std::chrono::steady_clock::now() >= deadline) {

@@ -9,6 +9,11 @@ namespace tarvix::test {
 // `jackd --no-realtime -n NAME -d dummy` in a process group of its own,
 // stopped with the whole group when this object goes. The server also dies
 // with the test process if that crashes.
+//
+// JACK keeps at most 8 servers in a registry in shared memory, and a server
+// that is killed outright keeps its place there until a server of the same
+// name starts. So names come from a small fixed set, "BASE-1" to "BASE-8":
+// the first one free is taken, and a place lost that way is won back.
 class JackServer {
 public:
     JackServer() = default;
@@ -17,12 +22,16 @@ public:
     JackServer& operator=(const JackServer&) = delete;
 
     static bool IsInstalled();
-    // Starts it and waits until a client can connect; false with a reason.
-    bool Start(const std::string& name, std::string& error);
+    // Starts it under the first free name of the set and waits until a
+    // client can connect; false with a reason.
+    bool Start(const std::string& baseName, std::string& error);
     void Stop();
     const std::string& GetName() const { return m_name; }
 
 private:
+    bool StartAs(const std::string& jackd, const std::string& name, std::string& error);
+    bool HasExited();
+
     pid_t m_pid = -1;
     std::string m_name;
 };

@@ -1,0 +1,179 @@
+#include "cli/CliSupport.h"
+#include "cli/commands/DeviceCommands.h"
+#include "cli/midi/ParseSeconds.h"
+#include "cli/midi/SignalWatch.h"
+#include "io/FileStream.h"
+#include "model/Mmt8Memory.h"
+#include "model/SysexDump.h"
+#include "model/TextBuilder.h"
+#include "transport/simulator/DeviceBackends.h"
+#include "transport/simulator/SimulatedMmt8.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+
+namespace tarvix::cli {
+
+namespace {
+constexpr const char* kDefaultName = "tarvix-device";
+// How soon the device notices a request, a signal or a received dump.
+constexpr int kPollMilliseconds = 20;
+constexpr double kNever = -1;
+
+bool ReadMemory(const std::string& path, std::vector<std::uint8_t>& memory, std::string& error)
+{
+    CMappedFileStream file;
+    if (!file.Open(path, error, platform::FileAccess::Read, platform::FileShare::Read,
+                   platform::FileDisposition::OpenExisting))
+        return false;
+    memory.assign(file.GetView(), file.GetView() + file.GetFileSize());
+    file.Close();
+    return SimulatedMmt8::CheckMemory(memory, error);
+}
+
+// Enter on standard input asks for a send; at its end it is no longer watched.
+class EnterKey {
+public:
+    // Waits up to the time given; true when at least one Enter arrived.
+    bool Wait(int milliseconds)
+    {
+        pollfd input{STDIN_FILENO, POLLIN, 0};
+        if (!m_open) {
+            poll(nullptr, 0, milliseconds);
+            return false;
+        }
+        if (poll(&input, 1, milliseconds) <= 0)
+            return false;
+        char bytes[256];
+        const ssize_t count = read(STDIN_FILENO, bytes, sizeof bytes);
+        if (count <= 0) {
+            m_open = count < 0 && errno == EINTR;
+            return false;
+        }
+        return std::find(bytes, bytes + count, '\n') != bytes + count;
+    }
+
+private:
+    bool m_open = true;
+};
+
+class DeviceCommand final : public CliCommand {
+public:
+    const char* Name() const override { return "device"; }
+    const char* Summary() const override
+    {
+        return "A simulated Alesis MMT-8 with MIDI ports of its own, for tests and demonstrations.";
+    }
+    const char* Details() const override
+    {
+        return "It opens the ports NAME:in and NAME:out on every MIDI system that is running\n"
+               "(JACK, ALSA); 'tarvix-cli ports' lists them like a hardware interface's. It\n"
+               "sends its memory as the device's dump when Enter is pressed, on SIGUSR1, or once\n"
+               "after --send-after; every dump it receives becomes its memory and is written to\n"
+               "--received. It says what it does on stdout, a line at a time. Ctrl+C or SIGTERM\n"
+               "ends it.";
+    }
+    std::vector<const char*> PositionalNames() const override { return {}; }
+    std::vector<OptionSpec> Options() const override
+    {
+        return {{"--name", true, "the ports' client name (default tarvix-device)"},
+                {"--memory", true, "a .syx file with a dump, sent as it is (default: empty memory)"},
+                {"--send-after", true, "send once, this many seconds after start"},
+                {"--received", true, "the .syx file each received dump is written to"},
+                {"--wire-speed", false, "send at the MIDI cable's speed, 3125 bytes a second"}};
+    }
+
+    int Run(const ParsedArguments& arguments, const CliOutput& output) const override
+    {
+        const std::string name = arguments.Has("--name") ? arguments.Value("--name") : kDefaultName;
+        if (name.empty() || name.find(':') != std::string::npos)
+            return UsageError(*this, "invalid name '" + name + "' (no ':', not empty)", output);
+        double sendAfter = kNever;
+        if (arguments.Has("--send-after")) {
+            std::string error;
+            if (!ParseSeconds(arguments.Value("--send-after"), "delay", true, sendAfter, error))
+                return UsageError(*this, error, output);
+        }
+        std::vector<std::uint8_t> memory;
+        std::string error;
+        if (arguments.Has("--memory") ? !ReadMemory(arguments.Value("--memory"), memory, error)
+                                      : !BuildDump(CMmt8Memory(), memory, error)) {
+            std::fputs(error.c_str(), output.err);
+            return kExitFailure;
+        }
+
+        SignalWatch signals(true);
+        // The device goes before the systems its ports are on.
+        std::vector<DeviceBackend> backends = CreateDeviceBackends(name);
+        SimulatedMmt8::Options options;
+        options.wireSpeed = arguments.Has("--wire-speed");
+        options.receivedPath = arguments.Has("--received") ? arguments.Value("--received") : "";
+        const auto say = [&output](const std::string& line) {
+            std::fprintf(output.out, "%s\n", line.c_str());
+            std::fflush(output.out);
+        };
+        SimulatedMmt8 device(std::move(memory), options, say);
+        if (!Attach(device, backends, output))
+            return kExitFailure;
+        say(FormatText("Press Enter, or send SIGUSR1 to process %d, to send the memory",
+                       static_cast<int>(getpid())));
+
+        const auto start = std::chrono::steady_clock::now();
+        EnterKey enter;
+        while (!signals.IsStopRequested()) {
+            bool send = enter.Wait(kPollMilliseconds);
+            send = signals.TakeSendRequest() || send;
+            const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+            if (sendAfter != kNever && elapsed.count() >= sendAfter) {
+                sendAfter = kNever;
+                send = true;
+            }
+            if (send && !device.RequestSend())
+                say("Already sending");
+            device.Poll();
+        }
+        device.Poll();
+        return kExitSuccess;
+    }
+
+private:
+    // Attaches to every running system; says which ports are whose, and
+    // why a system was left out.
+    static bool Attach(SimulatedMmt8& device, std::vector<DeviceBackend>& backends,
+                       const CliOutput& output)
+    {
+        bool any = false;
+        std::string reasons;
+        for (DeviceBackend& backend : backends) {
+            std::string error;
+            if (device.Attach(*backend.ports, DeviceBackend::kInputPort,
+                              DeviceBackend::kOutputPort, error)) {
+                std::fprintf(output.out, "Listening on \"%s\", sending on \"%s\"\n",
+                             backend.listedName(DeviceBackend::kInputPort).c_str(),
+                             backend.listedName(DeviceBackend::kOutputPort).c_str());
+                any = true;
+                continue;
+            }
+            const std::string reason = backend.system->GetUnavailableReason();
+            reasons += reason.empty() ? error
+                                      : backend.system->GetName() + ": " + reason + "\n";
+        }
+        std::fputs(reasons.c_str(), output.err);
+        if (!any && backends.empty())
+            std::fputs("No MIDI system is built into this program.\n", output.err);
+        std::fflush(output.out);
+        return any;
+    }
+};
+} // namespace
+
+std::unique_ptr<CliCommand> MakeDeviceCommand()
+{
+    return std::make_unique<DeviceCommand>();
+}
+
+} // namespace tarvix::cli

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace tarvix::testing {
+
+// A program the test runs beside itself, in a process group of its own,
+// with a pipe as its standard input and files for its output. Whatever is
+// still running of it when the object goes is stopped, group and all; it
+// also dies with the test process.
+class ChildProcess {
+public:
+    struct Exit {
+        int code = -1;    // the exit status, -1 when it did not exit
+        int signal = 0;   // the signal that ended it
+        bool timedOut = false;
+    };
+
+    ChildProcess() = default;
+    ~ChildProcess();
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    // environment: "NAME=value" entries set on top of the test's own.
+    bool Start(const std::vector<std::string>& command, const std::vector<std::string>& environment,
+               const std::string& outPath, const std::string& errPath);
+
+    pid_t GetPid() const { return m_pid; }
+    bool IsRunning();
+    void Signal(int signal);
+    // The whole group, as when a device is unplugged.
+    void SignalGroup(int signal);
+    bool WriteInput(const std::string& text);
+    // Waits for the end; past the limit it is killed and timedOut set.
+    Exit Wait(std::chrono::seconds limit);
+
+    std::string ReadOut() const;
+    std::string ReadErr() const;
+    // Until stdout (or stderr) holds the text; false when the limit passes
+    // or the program ends without it.
+    bool WaitForOutput(const std::string& text, std::chrono::seconds limit, bool onStderr = false);
+    // Everything it printed, worded for a failure message.
+    std::string Describe() const;
+
+private:
+    pid_t m_pid = -1;
+    int m_input = -1;
+    bool m_ended = false;
+    Exit m_exit;
+    std::string m_outPath;
+    std::string m_errPath;
+};
+
+} // namespace tarvix::testing
