@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Sets up, builds, and shows what Tarvix does with a device's memory: makes a
-# demo dump, then prints its memory use, its parts, its songs, a song's steps
-# and a track's events.
+# demo dump, prints its memory use, parts, songs, a song's steps and a
+# track's events, then opens it in the editor (when there is a display).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh
 cmake --preset default
-cmake --build --preset default --target tarvix-cli tarvix-make-demo
+cmake --build --preset default --target tarvix tarvix-cli tarvix-make-demo
 
 mkdir -p build/demo
 demo=build/demo/demo.syx
@@ -24,3 +24,9 @@ echo; echo "== steps of song 0"
 "$cli" steps "$demo" 0
 echo; echo "== part 0, track 1"
 "$cli" list "$demo" 0 1
+
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+    echo; echo "== the editor: build/default/src/app/tarvix $demo"
+    exec build/default/src/app/tarvix "$demo"
+fi
+echo; echo "No display here: run build/default/src/app/tarvix $demo where there is one."
