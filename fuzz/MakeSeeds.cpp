@@ -1,7 +1,9 @@
 // Writes the fuzzers' seed inputs: tarvix-fuzz-seeds DIR
 // DIR/sysex/ gets dumps of the demo, an empty and small random documents;
 // DIR/records/ gets their tracks, parts, songs and steps in clipboard form;
-// DIR/midi/ gets a few small Standard MIDI Files.
+// DIR/midi/ gets a few small Standard MIDI Files; DIR/clipboard/ gets
+// clipboard blocks of the demo's records of each kind.
+#include "ClipboardSelector.h"
 #include "RecordSelector.h"
 
 #include "demo/DemoDocument.h"
@@ -9,6 +11,7 @@
 #include "io/Stream.h"
 #include "midifile/MidiFile.h"
 #include "midifile/MidiFileStream.h"
+#include "model/ClipboardBlock.h"
 #include "model/Mmt8Memory.h"
 #include "model/RecordPersistence.h"
 #include "model/SysexDump.h"
@@ -135,6 +138,39 @@ void WriteRecords(SeedWriter& seeds, const CMmt8Memory& memory, const std::strin
         }
     }
 }
+
+// Blocks as Copy makes them from the demo, pasted at the first slot, at a
+// slot that drops some records, and (for steps) past the song's end.
+void WriteClipboardSeeds(SeedWriter& seeds, const CMmt8Memory& memory)
+{
+    struct Seed {
+        ClipboardKind kind;
+        int owner;
+        std::vector<int> items;
+        const char* name;
+    };
+    int song = 0;
+    while (song < kSongCount - 1 && memory.Song(song).steps.size() < 2)
+        ++song;
+    const std::vector<Seed> blocks = {
+        {ClipboardKind::Parts, 0, {0, 1, 2}, "parts"},
+        {ClipboardKind::Parts, 0, {}, "no-parts"},
+        {ClipboardKind::Tracks, 0, {0, 1, 2, 3, 4, 5, 6, 7}, "tracks"},
+        {ClipboardKind::Songs, 0, {song, song + 1}, "songs"},
+        {ClipboardKind::Steps, song, {0, 1}, "steps"},
+    };
+    for (const Seed& seed : blocks) {
+        for (const std::uint8_t start : {std::uint8_t{0}, std::uint8_t{7}, std::uint8_t{98}}) {
+            std::vector<std::uint8_t> input = {fuzzing::MakePasteSelector(seed.kind, start % 4u),
+                                               start};
+            const auto block = WriteClipboardBlock(memory, seed.kind, seed.owner, seed.items);
+            input.insert(input.end(), block.begin(), block.end());
+            seeds.Write("clipboard", std::string(seed.name) + "-" + std::to_string(start) + ".clip",
+                        input);
+        }
+    }
+}
+
 void WriteMidiFile(SeedWriter& seeds, CMidiFile& file, const std::string& name)
 {
     CMidiFileStream stream;
@@ -228,6 +264,7 @@ int main(int argc, char** argv)
     demo::BuildDemoDocument(memory);
     WriteDump(seeds, memory, "demo");
     WriteRecords(seeds, memory, "demo");
+    WriteClipboardSeeds(seeds, memory);
 
     const testing::RandomDocumentOptions small{4, 12, 3, 12};
     for (int i = 0; i < kRandomDocuments; ++i) {

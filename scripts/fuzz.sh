@@ -63,6 +63,7 @@ run_fuzzer() {
 
 run_fuzzer tarvix-fuzz-sysex-data "$corpus/sysex"
 run_fuzzer tarvix-fuzz-record-persistence "$corpus/records"
+run_fuzzer tarvix-fuzz-clipboard-paste "$corpus/clipboard"
 run_fuzzer tarvix-fuzz-midi-file "$corpus/midi"
 run_fuzzer tarvix-fuzz-midi-import "$corpus/midi"
 

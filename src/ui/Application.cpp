@@ -1,10 +1,13 @@
 #include "ui/Application.h"
 
 #include "model/Mmt8Memory.h"
+#include "transport/drivers/SystemMidiDriver.h"
 #include "transport/settings/Settings.h"
+#include "ui/EditorCommands.h"
 #include "ui/MainFrame.h"
 #include "ui/MidiPorts.h"
 #include "ui/PendingCommands.h"
+#include "ui/ports/DriverMidiPorts.h"
 
 #include <QtGlobal>
 
@@ -18,15 +21,39 @@ CApplication::CApplication(const CSettingsKey& key, std::unique_ptr<IMidiPorts> 
                            std::unique_ptr<CPendingCommands> pending)
     : m_settings(std::make_unique<CSettings>(key)),
       m_memory(std::make_unique<CMmt8Memory>()),
-      m_ports(ports ? std::move(ports) : std::make_unique<CClosedMidiPorts>()),
-      m_pending(pending ? std::move(pending) : std::make_unique<CPendingCommands>())
+      m_ports(ports ? std::move(ports)
+                    : std::make_unique<CDriverMidiPorts>(CreateSystemMidiDriver(), *m_settings))
+{
+    BuildWindow(std::move(pending));
+}
+
+CApplication::CApplication(const CSettingsKey& key, std::unique_ptr<MidiDriver> driver)
+    : m_settings(std::make_unique<CSettings>(key)),
+      m_memory(std::make_unique<CMmt8Memory>()),
+      m_ports(std::make_unique<CDriverMidiPorts>(std::move(driver), *m_settings))
+{
+    BuildWindow(nullptr);
+}
+
+void CApplication::BuildWindow(std::unique_ptr<CPendingCommands> pending)
 {
     InitResources();
+    if (pending) {
+        m_pending = std::move(pending);
+    } else {
+        auto commands = std::make_unique<CEditorCommands>(*m_memory, *m_settings, *m_ports);
+        m_editorCommands = commands.get();
+        m_pending = std::move(commands);
+    }
     m_frame = std::make_unique<CMainFrame>(*m_memory, *m_settings, *m_ports, *m_pending);
+    if (m_editorCommands != nullptr)
+        m_editorCommands->SetFrame(m_frame.get());
 }
 
 CApplication::~CApplication()
 {
+    if (m_editorCommands != nullptr)
+        m_editorCommands->SetFrame(nullptr);
     m_frame.reset();
     m_settings->Save();
 }

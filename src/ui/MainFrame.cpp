@@ -42,6 +42,7 @@ CMainFrame::CMainFrame(CMmt8Memory& memory, CSettings& settings, IMidiPorts& por
     CreateLayout();
     ConnectPanes();
     RestoreState();
+    m_ports.SetStatusBar(statusBar());
     m_ports.OpenDevices();
 
     // At creation the part list shows first, with the tree focused.

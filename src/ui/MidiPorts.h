@@ -2,7 +2,12 @@
 
 #include <QString>
 
+class QStatusBar;
+
 namespace tarvix {
+
+class CMidiIn;
+class CMidiOut;
 
 // What the frame needs of the two MIDI ports: open them at start-up, close
 // them at shut-down, and tell which are open under which name.
@@ -16,10 +21,17 @@ public:
     virtual bool IsOutputOpen() const = 0;
     virtual QString InputName() const = 0;
     virtual QString OutputName() const = 0;
+
+    // Where opening the devices shows what it is doing; the frame's status
+    // bar from before the first open.
+    virtual void SetStatusBar(QStatusBar* /*statusBar*/) {}
+    // The transport's ports, for the transfers and the Options dialog's
+    // port lists; null where there are none behind this object.
+    virtual CMidiIn* InputPort() { return nullptr; }
+    virtual CMidiOut* OutputPort() { return nullptr; }
 };
 
-// Stands in until the transport's ports are wired to the window: both
-// ports stay closed.
+// Two ports that stay closed, for a window that runs without MIDI.
 class CClosedMidiPorts : public IMidiPorts {
 public:
     void OpenDevices() override {}

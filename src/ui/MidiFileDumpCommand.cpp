@@ -1,0 +1,36 @@
+#include "ui/MidiFileDumpCommand.h"
+
+#include "framework/FileDialog.h"
+#include "framework/MessageBox.h"
+#include "midifile/MidiDumpSink.h"
+#include "midifile/MidiFileDump.h"
+#include "midifile/MidiFileException.h"
+#include "ui/TrackDumpView.h"
+
+#include <QCoreApplication>
+
+#include <string>
+
+namespace tarvix {
+
+void CMidiFileDumpCommand::Run(QWidget* parent, const CTrackDumpView& view)
+{
+    const QString path = CFileDialog::GetOpenFileName(
+        parent, {QCoreApplication::translate("CMidiFileDumpCommand", "Open"), {},
+                 QString::fromLatin1(kFilter), QStringLiteral("mid")});
+    if (path.isEmpty())
+        return;
+    std::string report;
+    try {
+        CMidiDumpSink sink;
+        sink.SetShown(true, true, true);
+        DumpMidiFile(path.toStdString(), sink);
+        report = sink.GetTextView();
+    } catch (const CMidiFileException& exception) {
+        CMessageBox::Report(parent, QString::fromStdString(exception.GetMessage()));
+        return;
+    }
+    view.ShowText(parent, QString::fromLatin1(kTitle), report);
+}
+
+} // namespace tarvix

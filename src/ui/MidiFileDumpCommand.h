@@ -1,0 +1,20 @@
+#pragma once
+
+class QWidget;
+
+namespace tarvix {
+
+class CTrackDumpView;
+
+// Tools > Midi File Dump: the user picks a Standard MIDI File and reads its
+// whole contents as a report; a file that cannot be read is reported in a
+// message box.
+class CMidiFileDumpCommand {
+public:
+    static constexpr const char* kTitle = "MIDI File Dump";
+    static constexpr const char* kFilter = "MIDI Files (*.mid)";
+
+    static void Run(QWidget* parent, const CTrackDumpView& view);
+};
+
+} // namespace tarvix

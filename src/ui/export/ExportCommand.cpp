@@ -1,0 +1,39 @@
+#include "ui/export/ExportCommand.h"
+
+#include "framework/FileDialog.h"
+#include "framework/MessageBox.h"
+#include "midifile/MidiExport.h"
+#include "midifile/MidiFile.h"
+#include "ui/import/PaneSelection.h"
+
+#include <QCoreApplication>
+
+#include <optional>
+#include <string>
+
+namespace tarvix {
+
+void CExportCommand::Run(QWidget* parent, const CMmt8Memory& memory,
+                         const PaneCommandContext& context)
+{
+    const std::optional<MidiSelection> selection = MidiSelectionFor(context);
+    if (!selection)
+        return;
+    std::string error;
+    CMidiFile file;
+    if (!BuildExportFile(memory, *selection, file, error)) {
+        CMessageBox::Report(parent, QString::fromStdString(error));
+        return;
+    }
+    const QString path = CFileDialog::GetSaveFileName(
+        parent, {QCoreApplication::translate("CExportCommand", "Export"),
+                 {},
+                 QString::fromLatin1(kFilter),
+                 QStringLiteral("mid")});
+    if (path.isEmpty())
+        return;
+    if (!RunExport(memory, *selection, path.toStdString(), error))
+        CMessageBox::Report(parent, QString::fromStdString(error));
+}
+
+} // namespace tarvix

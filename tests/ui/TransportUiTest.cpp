@@ -1,0 +1,106 @@
+#include "TransportUiTest.h"
+
+#include "model/SysexDump.h"
+#include "support/RandomDocument.h"
+#include "transport/settings/SettingsKey.h"
+
+#include <QApplication>
+
+#include <chrono>
+#include <random>
+#include <thread>
+
+namespace tarvix::testing {
+
+TransportUiTest::TransportUiTest()
+    : m_ownedDriver(std::make_unique<LoopbackMidiDriver>()), m_driver(m_ownedDriver.get()),
+      m_device(&m_driver->CreatePort(kDeviceName))
+{
+}
+
+TransportUiTest::~TransportUiTest()
+{
+    Stop();
+    m_simulator.reset();
+}
+
+SimulatedMmt8& TransportUiTest::ConnectSimulatedDevice(Bytes memory, bool wireSpeed)
+{
+    m_deviceDriver = std::make_unique<LoopbackMidiDriver>("Device side");
+    LoopbackMidiDevice& far = m_deviceDriver->CreatePort(kDeviceName);
+    LoopbackMidiDevice& near = *m_device;
+    near.SetReceiver([&far](const std::uint8_t* data, std::size_t size) { far.Feed(data, size); });
+    far.SetReceiver([&near](const std::uint8_t* data, std::size_t size) { near.Feed(data, size); });
+    SimulatedMmt8::Options options;
+    options.wireSpeed = wireSpeed;
+    m_simulator = std::make_unique<SimulatedMmt8>(std::move(memory), options,
+                                                  [](const std::string&) {});
+    std::string error;
+    EXPECT_TRUE(m_simulator->Attach(*m_deviceDriver, kDeviceName, kDeviceName, error)) << error;
+    return *m_simulator;
+}
+
+void TransportUiTest::StoreString(const char* name, const std::string& value)
+{
+    CSettingsKey::InFile(SettingsPath().toStdString()).WriteStringValue(name, value);
+}
+
+void TransportUiTest::StoreNumber(const char* name, std::uint32_t value)
+{
+    CSettingsKey::InFile(SettingsPath().toStdString()).WriteDwordValue(name, value);
+}
+
+void TransportUiTest::UseDevice(bool input, bool output)
+{
+    StoreString("MidiInDevice", input ? kDeviceName : "");
+    StoreString("MidiOutDevice", output ? kDeviceName : "");
+}
+
+void TransportUiTest::StartOnLoopback(const QString& commandLine)
+{
+    ASSERT_TRUE(m_ownedDriver) << "started twice";
+    m_app = std::make_unique<CApplication>(CSettingsKey::InFile(SettingsPath().toStdString()),
+                                           std::move(m_ownedDriver));
+    m_app->Start(commandLine);
+    ProcessEvents();
+}
+
+CMidiIn& TransportUiTest::Input() { return *m_app->Ports().InputPort(); }
+CMidiOut& TransportUiTest::Output() { return *m_app->Ports().OutputPort(); }
+
+bool TransportUiTest::WaitUntil(const std::function<bool()>& condition)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        QApplication::processEvents();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+void TransportUiTest::MakeDocument(CMmt8Memory& memory, unsigned seed)
+{
+    std::mt19937 random(seed);
+    FillRandomDocument(memory, random, {5, 10, 5, 20});
+}
+
+Bytes TransportUiTest::DumpOf(unsigned seed)
+{
+    CMmt8Memory memory;
+    MakeDocument(memory, seed);
+    Bytes dump;
+    std::string error;
+    EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
+    return dump;
+}
+
+std::string TransportUiTest::DifferenceFrom(unsigned seed, const CMmt8Memory& memory)
+{
+    CMmt8Memory expected;
+    MakeDocument(expected, seed);
+    return DescribeDifference(expected, memory);
+}
+
+} // namespace tarvix::testing

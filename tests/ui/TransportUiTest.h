@@ -1,0 +1,66 @@
+#pragma once
+
+#include "UiTestBase.h"
+
+#include "transport/drivers/loopback/LoopbackMidiDriver.h"
+#include "transport/simulator/SimulatedMmt8.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tarvix {
+class CMidiIn;
+class CMidiOut;
+}
+
+namespace tarvix::testing {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// The real application over the transport's ports on the Loopback driver,
+// with one device plugged in; the test plays the device.
+class TransportUiTest : public UiTest {
+protected:
+    static constexpr const char* kDeviceName = "MMT-8 cable";
+
+    TransportUiTest();
+    // The application goes first: the simulated device's cable ends with it.
+    ~TransportUiTest() override;
+
+    // Settings as the store holds them before the program starts.
+    void StoreString(const char* name, const std::string& value);
+    void StoreNumber(const char* name, std::uint32_t value);
+    // Names the device's ports in the settings.
+    void UseDevice(bool input = true, bool output = true);
+
+    void StartOnLoopback(const QString& commandLine = {});
+
+    LoopbackMidiDriver& Driver() { return *m_driver; }
+    LoopbackMidiDevice& Device() { return *m_device; }
+    CMidiIn& Input();
+    CMidiOut& Output();
+
+    // The simulated device on the other end of the cable, its own ports on
+    // a second Loopback driver wired to ours; before the start.
+    SimulatedMmt8& ConnectSimulatedDevice(Bytes memory, bool wireSpeed);
+
+    // Runs the event loop until the condition holds; false after a long while.
+    static bool WaitUntil(const std::function<bool()>& condition);
+
+    // A random document, and its dump as the device sends it.
+    static void MakeDocument(CMmt8Memory& memory, unsigned seed);
+    static Bytes DumpOf(unsigned seed);
+    // Empty when memory holds the document of that seed.
+    static std::string DifferenceFrom(unsigned seed, const CMmt8Memory& memory);
+
+private:
+    std::unique_ptr<LoopbackMidiDriver> m_ownedDriver;
+    LoopbackMidiDriver* m_driver = nullptr; // owned by the application once started
+    LoopbackMidiDevice* m_device = nullptr;
+    std::unique_ptr<LoopbackMidiDriver> m_deviceDriver;
+    std::unique_ptr<SimulatedMmt8> m_simulator;
+};
+
+} // namespace tarvix::testing
