@@ -22,7 +22,7 @@ void CEditorCommands::SetFrame(CMainFrame* frame)
     m_frame = frame;
     // Owned by the window, so it goes with it.
     if (frame != nullptr)
-        new CFileDropHandler(*frame, m_settings,
+        new CFileDropHandler(*frame,
                              [this](const PaneCommandContext& context, const QString& file) {
                                  Import(context, file);
                              });

@@ -43,6 +43,9 @@ public:
 
     // Loads a .syx file into the document; reports a failure.
     bool OpenFile(const QString& path, const QString& title);
+    // Opens a .syx file as File > Open does after its question, and puts it
+    // at the top of the recent files.
+    bool OpenDocumentFile(const QString& path);
     void SetCurrentFile(const QString& path, const QString& title);
     // The tree, then the list, drawn again from the document.
     void RefreshViews();

@@ -85,8 +85,15 @@ void CMainFrame::OnOpen()
     const QString path = CFileDialog::GetOpenFileName(this, SyxFileRequest(tr("Open"), m_currentPath));
     if (path.isEmpty() || !QuerySaveChanges())
         return;
-    if (OpenFile(path, FileTitle(path)))
-        RememberFile(path);
+    OpenDocumentFile(path);
+}
+
+bool CMainFrame::OpenDocumentFile(const QString& path)
+{
+    if (!OpenFile(path, FileTitle(path)))
+        return false;
+    RememberFile(path);
+    return true;
 }
 
 bool CMainFrame::Save()

@@ -1,11 +1,7 @@
 #include "ui/dragdrop/FileDropHandler.h"
 
-#include "framework/RecentFileList.h"
-#include "transport/settings/Settings.h"
-#include "ui/FrameKeys.h"
 #include "ui/ListPane.h"
 #include "ui/MainFrame.h"
-#include "ui/SettingsKeyStore.h"
 #include "ui/TreePane.h"
 
 #include <QDropEvent>
@@ -23,9 +19,8 @@ bool HasSuffix(const QString& path, const char* suffix)
 }
 } // namespace
 
-CFileDropHandler::CFileDropHandler(CMainFrame& frame, const CSettings& settings,
-                                   ImportFile importFile)
-    : QObject(&frame), m_frame(frame), m_settings(settings), m_importFile(std::move(importFile))
+CFileDropHandler::CFileDropHandler(CMainFrame& frame, ImportFile importFile)
+    : QObject(&frame), m_frame(frame), m_importFile(std::move(importFile))
 {
     for (QWidget* target :
          {static_cast<QWidget*>(&frame), frame.Tree().viewport(), frame.List().viewport()}) {
@@ -106,14 +101,8 @@ PaneCommandContext CFileDropHandler::ContextAt(QObject* target, QPoint position)
 
 void CFileDropHandler::OpenSyx(const QString& path)
 {
-    if (!m_frame.QuerySaveChanges())
-        return;
-    if (!m_frame.OpenFile(path, QFileInfo(path).fileName()))
-        return;
-    CRecentFileList& recent = m_frame.RecentFiles();
-    recent.Add(path);
-    CSettingsKeyStore store(m_settings.GetKey());
-    recent.Write(store, QString::fromLatin1(kRecentFilesKey));
+    if (m_frame.QuerySaveChanges())
+        m_frame.OpenDocumentFile(path);
 }
 
 } // namespace tarvix

@@ -13,7 +13,6 @@ class QMimeData;
 namespace tarvix {
 
 class CMainFrame;
-class CSettings;
 
 // Files dragged onto the window from a file manager: a .syx file opens as
 // Open would (asking to save changes first) and joins the recent files; a
@@ -25,7 +24,7 @@ public:
     using ImportFile = std::function<void(const PaneCommandContext&, const QString& path)>;
 
     // Watches the window and both panes; lives as long as the window.
-    CFileDropHandler(CMainFrame& frame, const CSettings& settings, ImportFile importFile);
+    CFileDropHandler(CMainFrame& frame, ImportFile importFile);
 
     // The first dropped .syx file, else the first .mid file; empty when the
     // drop holds neither.
@@ -41,7 +40,6 @@ private:
     void OpenSyx(const QString& path);
 
     CMainFrame& m_frame;
-    const CSettings& m_settings;
     ImportFile m_importFile;
 };
 
