@@ -18,6 +18,9 @@ cmake --preset asan
 cmake --build --preset asan
 ctest --preset asan
 
+# The JACK driver's own tests stay out of this run: under ThreadSanitizer its
+# real-time callback misses the server's deadlines and the server drops the
+# client. They run in the two builds above, and tests/tsan.supp covers libjack.
 echo "== build and test (tsan: ThreadSanitizer, the tests labelled transport)"
 cmake --preset tsan
 cmake --build --preset tsan
