@@ -164,6 +164,24 @@ MidiResult MidiService::LongMsg(MidiHandle handle, MidiHeader& header)
     return owner == nullptr ? kMidiInvalidHandle : owner->LongMsg(handle, header);
 }
 
+bool MidiService::IsSoftwareOnly(MidiHandle handle)
+{
+    MidiDriver* owner = Owner(handle);
+    return owner != nullptr && owner->IsSoftwareOnly(handle);
+}
+
+std::uint64_t MidiService::GetLostInputBytes(MidiHandle handle)
+{
+    MidiDriver* owner = Owner(handle);
+    return owner == nullptr ? 0 : owner->GetLostInputBytes(handle);
+}
+
+std::string MidiService::GetPortFailure(MidiHandle handle)
+{
+    MidiDriver* owner = Owner(handle);
+    return owner == nullptr ? std::string() : owner->GetPortFailure(handle);
+}
+
 std::string MidiService::GetErrorText(MidiResult result) const
 {
     return GetMidiErrorText(result);

@@ -94,9 +94,10 @@ protected:
     bool IsStopping() const { return m_stop; }
     void WakeWorker() { m_wakeUp.Set(); }
     void WaitForWakeUp() { m_wakeUp.Wait(); }
+    void WaitForWakeUpFor(std::chrono::milliseconds timeout) { m_wakeUp.WaitFor(timeout); }
 
     bool Succeeded(MidiResult result);
-    MidiDriver& Driver() { return m_driver; }
+    MidiDriver& Driver() const { return m_driver; }
     MidiHandle Handle() const { return m_handle; }
     std::vector<std::unique_ptr<CMidiBuffer>>& Buffers() { return m_buffers; }
     SysexMessageList& Messages() { return m_messages; }

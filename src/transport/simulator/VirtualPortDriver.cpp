@@ -78,6 +78,21 @@ MidiResult VirtualPortDriver::LongMsg(MidiHandle handle, MidiHeader& header)
     return m_backend.LongMsg(handle, header);
 }
 
+bool VirtualPortDriver::IsSoftwareOnly(MidiHandle handle)
+{
+    return m_backend.IsSoftwareOnly(handle);
+}
+
+std::uint64_t VirtualPortDriver::GetLostInputBytes(MidiHandle handle)
+{
+    return m_backend.GetLostInputBytes(handle);
+}
+
+std::string VirtualPortDriver::GetPortFailure(MidiHandle handle)
+{
+    return m_backend.GetPortFailure(handle);
+}
+
 std::string VirtualPortDriver::GetErrorText(MidiResult result) const
 {
     return m_backend.GetErrorText(result);

@@ -33,6 +33,9 @@ public:
     MidiResult AddBuffer(MidiHandle handle, MidiHeader& header) override;
     MidiResult Start(MidiHandle handle) override;
     MidiResult LongMsg(MidiHandle handle, MidiHeader& header) override;
+    bool IsSoftwareOnly(MidiHandle handle) override;
+    std::uint64_t GetLostInputBytes(MidiHandle handle) override;
+    std::string GetPortFailure(MidiHandle handle) override;
     std::string GetErrorText(MidiResult result) const override;
     std::string GetUnavailableReason() const override;
 

@@ -1,0 +1,52 @@
+#include "transport/drivers/CablePacer.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarvix {
+
+CablePacer::CablePacer(std::size_t lead, Clock clock) : m_lead(lead), m_clock(std::move(clock)) {}
+
+CablePacer::TimePoint CablePacer::Now() const
+{
+    return m_clock ? m_clock() : std::chrono::steady_clock::now();
+}
+
+std::size_t CablePacer::GetBacklog() const
+{
+    const TimePoint now = Now();
+    if (m_freeAt <= now)
+        return 0;
+    // A byte partly on the wire still takes its room.
+    const auto pending = m_freeAt - now;
+    return static_cast<std::size_t>((pending + kByteTime - std::chrono::nanoseconds(1)) / kByteTime);
+}
+
+std::size_t CablePacer::GetAllowance() const
+{
+    const std::size_t backlog = GetBacklog();
+    return backlog < m_lead ? m_lead - backlog : 0;
+}
+
+CablePacer::TimePoint CablePacer::WhenAllowed(std::size_t count) const
+{
+    count = std::min(count, m_lead);
+    // The backlog must have shrunk to lead - count: the cable is free at
+    // m_freeAt, so that is (lead - count) byte times before.
+    const TimePoint at = m_freeAt - static_cast<long long>(m_lead - count) * kByteTime;
+    return std::max(at, Now());
+}
+
+void CablePacer::Hand(std::size_t count)
+{
+    m_freeAt = std::max(m_freeAt, Now()) + static_cast<long long>(count) * kByteTime;
+}
+
+std::size_t CablePacer::Accept(std::size_t count)
+{
+    const std::size_t taken = std::min(count, GetAllowance());
+    Hand(taken);
+    return taken;
+}
+
+} // namespace tarvix
