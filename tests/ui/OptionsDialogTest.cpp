@@ -200,6 +200,26 @@ TEST_F(OptionsDialogTest, PortListsOfferNoneAndTheDriversPorts)
     EXPECT_EQ(Values().midiOutDevice, "");
 }
 
+TEST_F(OptionsDialogTest, EmptyPortListsSayWhyAsTheCommandLineDoes)
+{
+    StartOnLoopback();
+    const auto reasonShown = [this] {
+        QString shown;
+        RunOptions([&shown](Sheet& sheet) {
+            sheet.SetActivePage(Sheet::kMidiPage);
+            const auto* reason = sheet.findChild<QLabel*>(QStringLiteral("portsReason"));
+            shown = reason != nullptr && !reason->isHidden() ? reason->text() : QString();
+            sheet.CancelButton()->click();
+        });
+        return shown;
+    };
+    EXPECT_EQ(reasonShown(), QString());
+
+    Driver().RemovePort(kDeviceName);
+    Driver().SetUnavailableReason("No JACK server is running.");
+    EXPECT_EQ(reasonShown(), QStringLiteral("No JACK server is running."));
+}
+
 TEST_F(OptionsDialogTest, NumbersOutsideTheirRangeKeepThePageWithAMessage)
 {
     StartOnLoopback();

@@ -107,6 +107,9 @@ void CMidiIn::Callback(MidiHandle handle, MidiCallbackMessage message, void* ins
 
 void CMidiIn::HandleCallback(MidiHandle handle, MidiCallbackMessage message, MidiHeader* header)
 {
+    // Before the buffer goes to the worker, which refills it.
+    if (message == MidiCallbackMessage::LongData)
+        OnMessage(message, handle, header);
     switch (message) {
     case MidiCallbackMessage::Open:
     case MidiCallbackMessage::Close: HandleOpenClose(handle, message); break;
@@ -118,7 +121,8 @@ void CMidiIn::HandleCallback(MidiHandle handle, MidiCallbackMessage message, Mid
     case MidiCallbackMessage::LongError: CountLostBuffer(header); break;
     case MidiCallbackMessage::BufferDone: break;
     }
-    OnMessage(message, handle, header);
+    if (message != MidiCallbackMessage::LongData)
+        OnMessage(message, handle, header);
 }
 
 void CMidiIn::CountLostBuffer(const MidiHeader* header)

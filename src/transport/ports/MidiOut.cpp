@@ -18,7 +18,8 @@ void SleepMilliseconds(std::uint32_t delay)
 } // namespace
 
 CMidiOut::CMidiOut(MidiDriver& driver, CablePacer::Clock clock)
-    : CMidiDevice(driver, MidiDirection::Output), m_pacer(CablePacer::kDefaultLead, std::move(clock))
+    : CMidiDevice(driver, MidiDirection::Output), m_clock(std::move(clock)),
+      m_pacer(CablePacer::kDefaultLead, m_clock)
 {
 }
 
@@ -35,6 +36,8 @@ bool CMidiOut::Open(std::uint32_t index)
         return false;
     m_paced = m_pacing == Pacing::Cable ||
               (m_pacing == Pacing::Auto && !Driver().IsSoftwareOnly(Handle()));
+    std::lock_guard lock(ListLock());
+    m_pacer = CablePacer(m_lead, m_clock);
     return true;
 }
 

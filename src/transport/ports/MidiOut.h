@@ -60,8 +60,13 @@ public:
     // Signalled after each complete message and its pause, and by Reset.
     CAutoResetEvent& GetSysexSentEvent() { return m_sysexSent; }
 
-    // Takes effect at the next open.
-    void SetPacing(Pacing pacing) { m_pacing = pacing; }
+    // Takes effect at the next open; the lead is the pacer's (see
+    // CablePacer), and no piece handed over is larger.
+    void SetPacing(Pacing pacing, std::size_t lead = CablePacer::kDefaultLead)
+    {
+        m_pacing = pacing;
+        m_lead = lead;
+    }
     bool IsPaced() const { return m_paced; }
 
     // The port failed mid-send (server stopped, port gone, write failed):
@@ -94,6 +99,8 @@ private:
     std::atomic<std::uint32_t> m_sysexDelay{50};
     CAutoResetEvent m_sysexSent;
     Pacing m_pacing = Pacing::Auto;
+    std::size_t m_lead = CablePacer::kDefaultLead;
+    CablePacer::Clock m_clock;
     std::atomic<bool> m_paced{false};
     CablePacer m_pacer; // under the list lock
     std::atomic<bool> m_failed{false};

@@ -5,10 +5,13 @@
 #include "model/SysexDump.h"
 #include "model/SysexDumpFormat.h"
 #include "model/TextBuilder.h"
+#include "transport/drivers/CablePacer.h"
 #include "transport/ports/MidiIn.h"
 #include "transport/ports/MidiOut.h"
 
 #include <algorithm>
+#include <atomic>
+#include <optional>
 #include <utility>
 
 namespace tarvix {
@@ -18,7 +21,10 @@ namespace {
 constexpr std::uint32_t kBufferSize = 256;
 constexpr std::uint32_t kBufferCount = 64;
 constexpr auto kDrainPoll = std::chrono::milliseconds(2);
-constexpr auto kPacingTick = std::chrono::milliseconds(2);
+// At wire speed the device's bytes go out at most this far ahead of the
+// cable (10 ms), so that a receiver sees them about when a real device's
+// would arrive.
+constexpr std::size_t kOutputLead = 32;
 
 std::string WithoutLineEnd(std::string text)
 {
@@ -51,12 +57,47 @@ bool IsLoadableDump(std::span<const std::uint8_t> message, std::string& error)
 }
 } // namespace
 
-struct SimulatedMmt8::Connection {
-    explicit Connection(MidiDriver& driver) : input(driver), output(driver) {}
+namespace {
+// The device's input port behind a MIDI interface's buffer: bytes count as
+// arriving when their buffer comes back from the driver, and what the
+// buffer cannot hold is lost. The bytes still reach the message list; the
+// message they belong to is then taken as damaged.
+class CableInput : public CMidiIn {
+public:
+    CableInput(MidiDriver& driver, std::optional<std::size_t> buffer)
+        : CMidiIn(driver), m_buffer(buffer ? std::make_optional<CablePacer>(*buffer) : std::nullopt)
+    {
+    }
 
-    CMidiIn input;
+    std::uint64_t TakeOverflow() { return m_overflow.exchange(0); }
+
+protected:
+    void OnMessage(MidiCallbackMessage message, MidiHandle /*handle*/, MidiHeader* header) override
+    {
+        if (message != MidiCallbackMessage::LongData || header == nullptr || !m_buffer)
+            return;
+        const std::lock_guard lock(m_lock);
+        const std::size_t arrived = std::min(header->bytesRecorded, header->bufferLength);
+        m_overflow += arrived - m_buffer->Accept(arrived);
+    }
+
+private:
+    std::mutex m_lock;
+    std::optional<CablePacer> m_buffer;
+    std::atomic<std::uint64_t> m_overflow{0};
+};
+} // namespace
+
+struct SimulatedMmt8::Connection {
+    Connection(MidiDriver& driver, std::optional<std::size_t> inputBuffer)
+        : input(driver, inputBuffer), output(driver)
+    {
+    }
+
+    CableInput input;
     CMidiOut output;
-    std::size_t seen = 0; // messages of the input list already taken in
+    std::size_t seen = 0;  // messages of the input list already taken in
+    bool damaged = false;  // bytes of the message in progress were lost
 };
 
 SimulatedMmt8::SimulatedMmt8(std::vector<std::uint8_t> memory, Options options, Log log)
@@ -91,20 +132,24 @@ bool SimulatedMmt8::CheckMemory(std::span<const std::uint8_t> memory, std::strin
 
 double SimulatedMmt8::GetWireSeconds(std::size_t bytes)
 {
-    return static_cast<double>(bytes) / kWireBytesPerSecond;
+    return static_cast<double>(bytes) / CablePacer::kBytesPerSecond;
 }
 
 bool SimulatedMmt8::Attach(MidiDriver& driver, const std::string& inputName,
                            const std::string& outputName, std::string& error)
 {
-    auto connection = std::make_unique<Connection>(driver);
+    auto connection = std::make_unique<Connection>(
+        driver, m_options.wireSpeed ? std::make_optional(m_options.inputBuffer) : std::nullopt);
     connection->input.SetBufferSize(kBufferSize);
     connection->input.SetBufferCount(kBufferCount);
     connection->output.SetBufferSize(kBufferSize);
     connection->output.SetBufferCount(kBufferCount);
-    // The pacing is the sender's own.
+    // A device sends at the cable's speed, or as fast as the ports go; the
+    // program's pauses are not its own.
     connection->output.SetBufferDelay(0);
     connection->output.SetSysexDelay(0);
+    connection->output.SetPacing(
+        m_options.wireSpeed ? CMidiOut::Pacing::Cable : CMidiOut::Pacing::None, kOutputLead);
     for (CMidiDevice* port : {static_cast<CMidiDevice*>(&connection->input),
                               static_cast<CMidiDevice*>(&connection->output)}) {
         const std::string& name = port == &connection->input ? inputName : outputName;
@@ -148,31 +193,50 @@ std::vector<std::uint8_t> SimulatedMmt8::GetMemory() const
 void SimulatedMmt8::Poll()
 {
     // Copied out first: loading and writing must not hold the list locks.
-    std::vector<std::vector<std::uint8_t>> arrived;
+    struct Arrived {
+        std::vector<std::uint8_t> bytes;
+        bool damaged;
+    };
+    std::vector<Arrived> arrived;
+    std::uint64_t overflow = 0;
     {
         const std::lock_guard lock(m_connectionsLock);
         for (const auto& connection : m_connections) {
+            // Lost bytes belong to the message in progress, or to the one
+            // that has just ended.
+            if (const std::uint64_t lost = connection->input.TakeOverflow(); lost != 0) {
+                overflow += lost;
+                connection->damaged = true;
+            }
             const auto messages = connection->input.LockMessages();
             for (; connection->seen < messages->size(); ++connection->seen) {
                 const CSysexMessage& message = *(*messages)[connection->seen];
                 // Only the last message can still grow.
                 if (!message.IsComplete() && connection->seen + 1 == messages->size())
                     break;
-                arrived.emplace_back(message.View().begin(), message.View().end());
+                arrived.push_back({{message.View().begin(), message.View().end()},
+                                   std::exchange(connection->damaged, false)});
             }
         }
     }
+    if (overflow != 0)
+        Say(FormatText("Lost %llu bytes: the input buffer of %zu bytes overflowed",
+                       static_cast<unsigned long long>(overflow), m_options.inputBuffer));
     for (const auto& message : arrived)
-        TakeIn(message);
+        TakeIn(message.bytes, message.damaged);
 }
 
-void SimulatedMmt8::TakeIn(std::span<const std::uint8_t> message)
+void SimulatedMmt8::TakeIn(std::span<const std::uint8_t> message, bool damaged)
 {
     const bool complete = message.size() >= 2 && message.front() == kSysexStart &&
                           message.back() == kSysexEnd;
     bool isDump = false;
     const char* label = IdentifySysex(message, isDump);
     const auto size = static_cast<unsigned>(message.size());
+    if (damaged) {
+        Say(FormatText("Ignored damaged %s sysex %u bytes", label, size));
+        return;
+    }
     if (!complete || !isDump) {
         Say(FormatText("Ignored %s%s sysex %u bytes", complete ? "" : "incomplete ", label, size));
         return;
@@ -215,30 +279,26 @@ void SimulatedMmt8::Send(const std::vector<std::uint8_t>& bytes)
     Say(FormatText("Sending %u bytes%s", static_cast<unsigned>(bytes.size()),
                    m_options.wireSpeed ? " at wire speed" : ""));
     const auto start = std::chrono::steady_clock::now();
-    const std::span<const std::uint8_t> all(bytes);
-    if (!m_options.wireSpeed) {
-        QueueEverywhere(all);
-    } else {
-        // A byte goes out once the cable would have carried it, never
-        // sooner. A port may hand over only a piece per cycle of its
-        // system, so each piece holds all that has come due since the
-        // last one went.
-        std::size_t queued = 0;
-        while (queued < all.size()) {
-            if (!WaitUntil(std::chrono::steady_clock::now() + kPacingTick))
-                return;
-            const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-            const auto due = std::min(
-                all.size(), static_cast<std::size_t>(elapsed.count() * kWireBytesPerSecond));
-            if (due > queued && !AnythingQueued()) {
-                QueueEverywhere(all.subspan(queued, due - queued));
-                queued = due;
-            }
-        }
-    }
+    // At wire speed the output ports pace themselves (CMidiOut).
+    QueueEverywhere(bytes);
     while (AnythingQueued()) {
         if (!WaitUntil(std::chrono::steady_clock::now() + kDrainPoll))
             return;
+    }
+    std::string failures;
+    {
+        const std::lock_guard lock(m_connectionsLock);
+        for (const auto& connection : m_connections) {
+            if (connection->output.HasFailed()) {
+                failures += connection->output.GetFailure();
+                connection->output.FreeMessages();
+                connection->output.Reset();
+            }
+        }
+    }
+    if (!failures.empty()) {
+        Say("Sending stopped: " + failures);
+        return;
     }
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
     Say(FormatText("Sent %u bytes in %.2f s", static_cast<unsigned>(bytes.size()), took.count()));
@@ -255,6 +315,8 @@ bool SimulatedMmt8::AnythingQueued() const
 {
     const std::lock_guard lock(m_connectionsLock);
     return std::any_of(m_connections.begin(), m_connections.end(), [](const auto& connection) {
+        if (connection->output.HasFailed())
+            return false;
         std::uint32_t total = 0;
         std::uint32_t sent = 0;
         std::uint32_t count = 0;

@@ -30,15 +30,19 @@ public:
     // the caller's thread and from the sender's, never at the same time.
     using Log = std::function<void(const std::string& line)>;
 
+    static constexpr std::size_t kDefaultInputBuffer = 4096;
+
     struct Options {
-        // Output paced to the real cable, 31250 baud at 10 bits a byte;
-        // otherwise as fast as the ports go.
+        // As on a MIDI cable, 31250 baud at 10 bits a byte: output goes no
+        // faster, and input drains through a buffer of inputBuffer bytes at
+        // that speed, what does not fit being lost (and said so), as a MIDI
+        // interface's buffer would. Otherwise both go as fast as the ports.
         bool wireSpeed = false;
+        std::size_t inputBuffer = kDefaultInputBuffer;
         // Where each dump received is written; empty: nowhere.
         std::string receivedPath;
     };
 
-    static constexpr std::uint32_t kWireBytesPerSecond = 3125;
 
     // memory: F0..F7 messages, back to back, one of them a dump that loads
     // (CheckMemory); they are all sent, in order, as the device's dump.
@@ -80,7 +84,7 @@ private:
     bool AnythingQueued() const;
     // Waits until the deadline or a stop; false on a stop.
     bool WaitUntil(std::chrono::steady_clock::time_point deadline);
-    void TakeIn(std::span<const std::uint8_t> message);
+    void TakeIn(std::span<const std::uint8_t> message, bool damaged);
     void Say(const std::string& line);
 
     Options m_options;

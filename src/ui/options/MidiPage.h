@@ -9,6 +9,7 @@
 
 class QComboBox;
 class QGridLayout;
+class QLabel;
 class QVBoxLayout;
 
 namespace tarvix {
@@ -66,6 +67,7 @@ private:
     IMidiPorts& m_ports;
     std::vector<PortList> m_portLists;
     std::vector<Number> m_numbers;
+    QLabel* m_reason = nullptr; // why no ports are listed
 };
 
 } // namespace tarvix

@@ -61,6 +61,13 @@ struct Endpoint {
         }
         return kMidiBadDeviceId;
     }
+    // A buffer that lives as long as the port: the driver may hold its
+    // header until the port is reset, which the destructor does last.
+    TestBuffer& Own(const Bytes& bytes)
+    {
+        buffers.push_back(std::make_unique<TestBuffer>(bytes));
+        return *buffers.back();
+    }
     void MakeBuffers(std::size_t count, std::uint32_t size)
     {
         for (std::size_t i = 0; i < count; ++i) {
@@ -216,7 +223,7 @@ TEST_F(JackMidiDriverTest, ResetTakesBackWhatWasNotSentAndTheNextMessageArrivesW
     }
     ASSERT_EQ(device->Start(deviceIn.handle), kMidiNoError);
 
-    TestBuffer big(MakeSysex(300000));
+    TestBuffer& big = programOut.Own(MakeSysex(300000));
     ASSERT_EQ(program->PrepareHeader(programOut.handle, big.header), kMidiNoError);
     ASSERT_EQ(program->LongMsg(programOut.handle, big.header), kMidiNoError);
     EXPECT_EQ(program->Close(programOut.handle), kMidiStillPlaying);
@@ -226,7 +233,7 @@ TEST_F(JackMidiDriverTest, ResetTakesBackWhatWasNotSentAndTheNextMessageArrivesW
     EXPECT_EQ(done[0].header, &big.header);
     EXPECT_EQ(program->UnprepareHeader(programOut.handle, big.header), kMidiNoError);
 
-    TestBuffer small(Bytes{0xF0, 0x43, 0x10, 0x4C, 0x00, 0xF7});
+    TestBuffer& small = programOut.Own(Bytes{0xF0, 0x43, 0x10, 0x4C, 0x00, 0xF7});
     ASSERT_EQ(program->PrepareHeader(programOut.handle, small.header), kMidiNoError);
     ASSERT_EQ(program->LongMsg(programOut.handle, small.header), kMidiNoError);
     ASSERT_TRUE(deviceIn.recorder.WaitFor(

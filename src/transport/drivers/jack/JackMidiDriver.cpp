@@ -377,7 +377,7 @@ void JackMidiDriver::Pump()
         if (port.m_connected && !port.m_output.empty() &&
             jack_port_connected(port.m_rt->GetPort()) == 0) {
             // Bytes to a port with no connection vanish without an error.
-            m_ports.Fail(port, "The port it was connected to has gone.");
+            m_ports.Fail(port, "The port it was connected to is gone.");
             continue;
         }
         if (!port.m_rt->IsFlushing()) {

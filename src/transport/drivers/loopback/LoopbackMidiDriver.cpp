@@ -141,6 +141,12 @@ LoopbackMidiDevice* LoopbackMidiDriver::FindPort(const std::string& name)
     return nullptr;
 }
 
+void LoopbackMidiDriver::SetUnavailableReason(const std::string& reason)
+{
+    const std::lock_guard lock(m_ports.GetMutex());
+    m_unavailableReason = reason;
+}
+
 std::string LoopbackMidiDriver::GetName() const
 {
     return m_name;

@@ -92,6 +92,8 @@ public:
     bool RemovePort(const std::string& name);
     // A plugged device by name, or null.
     LoopbackMidiDevice* FindPort(const std::string& name);
+    // What GetUnavailableReason says, as a system that is down would.
+    void SetUnavailableReason(const std::string& reason);
 
     std::string GetName() const override;
     std::uint32_t GetNumDevs(MidiDirection direction) override;
