@@ -3,7 +3,7 @@
 #include "framework/DialogRunner.h"
 #include "framework/MessageBox.h"
 #include "transport/ports/MidiOut.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 #include "ui/FrameKeys.h"
 #include "ui/StatusPanes.h"
 #include "ui/options/GeneralPage.h"

@@ -6,8 +6,8 @@
 #include "model/Mmt8Memory.h"
 #include "model/SysexDump.h"
 #include "model/TextBuilder.h"
-#include "transport/simulator/DeviceBackends.h"
-#include "transport/simulator/SimulatedMmt8.h"
+#include "simulator/DeviceBackends.h"
+#include "simulator/SimulatedMmt8.h"
 
 #include <poll.h>
 #include <unistd.h>

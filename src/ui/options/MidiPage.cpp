@@ -3,7 +3,7 @@
 #include "framework/MessageBox.h"
 #include "transport/ports/MidiIn.h"
 #include "transport/ports/MidiOut.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 #include "ui/MidiPorts.h"
 #include "ui/options/NumberField.h"
 

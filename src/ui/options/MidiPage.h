@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transport/settings/SettingValues.h"
+#include "settings/SettingValues.h"
 #include "ui/options/OptionsPage.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transport/simulator/VirtualPortDriver.h"
+#include "simulator/VirtualPortDriver.h"
 
 #include <functional>
 #include <memory>

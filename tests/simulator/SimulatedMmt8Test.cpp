@@ -1,4 +1,4 @@
-#include "transport/simulator/SimulatedMmt8.h"
+#include "simulator/SimulatedMmt8.h"
 
 #include "model/Mmt8Memory.h"
 #include "model/SysexDump.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "midifile/MidiImportOptions.h"
-#include "transport/settings/SettingsKey.h"
+#include "settings/SettingsKey.h"
 
 namespace tarvix {
 

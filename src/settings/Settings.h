@@ -1,7 +1,7 @@
 #pragma once
 
-#include "transport/settings/SettingValues.h"
-#include "transport/settings/SettingsKey.h"
+#include "settings/SettingValues.h"
+#include "settings/SettingsKey.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "support/TempDir.h"
-#include "transport/settings/SettingsKey.h"
+#include "settings/SettingsKey.h"
 
 #include <gtest/gtest.h>
 

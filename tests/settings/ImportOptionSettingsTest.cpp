@@ -1,6 +1,6 @@
 #include "SettingsStoreTest.h"
 
-#include "transport/settings/ImportOptionSettings.h"
+#include "settings/ImportOptionSettings.h"
 
 namespace tarvix {
 namespace {

@@ -1,4 +1,4 @@
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 
 #include <utility>
 

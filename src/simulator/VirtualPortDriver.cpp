@@ -1,4 +1,4 @@
-#include "transport/simulator/VirtualPortDriver.h"
+#include "simulator/VirtualPortDriver.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
-#include "transport/settings/ImportOptionSettings.h"
+#include "settings/ImportOptionSettings.h"
 
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 
 #include <array>
 

@@ -1,4 +1,4 @@
-#include "transport/settings/SettingValues.h"
+#include "settings/SettingValues.h"
 
 #include <limits>
 

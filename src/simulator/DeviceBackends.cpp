@@ -1,4 +1,4 @@
-#include "transport/simulator/DeviceBackends.h"
+#include "simulator/DeviceBackends.h"
 
 #include "transport/drivers/MidiService.h"
 

@@ -1,4 +1,4 @@
-#include "transport/simulator/SimulatedMmt8.h"
+#include "simulator/SimulatedMmt8.h"
 
 #include "io/FileStream.h"
 #include "model/Mmt8Memory.h"

@@ -1,6 +1,6 @@
 #include "SettingsStoreTest.h"
 
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 
 #include <fstream>
 #include <vector>
