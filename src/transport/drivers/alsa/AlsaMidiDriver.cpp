@@ -47,6 +47,10 @@ struct AlsaPort : BufferedMidiPort {
     using BufferedMidiPort::BufferedMidiPort;
 
     int m_local = -1; // our sequencer port
+    // Output subscribed to another client's port: events to a subscription
+    // that is gone (the port was deleted) vanish without an error.
+    bool m_connected = false;
+    snd_seq_addr_t m_remote{};
     Clock::time_point m_retryAt{};
 };
 
@@ -190,6 +194,11 @@ MidiResult AlsaMidiDriver::OpenPort(MidiDirection direction, const std::string& 
     }
     auto port = std::make_unique<AlsaPort>(direction, callback, instance);
     port->m_local = local;
+    if (remote != nullptr && !input) {
+        port->m_connected = true;
+        port->m_remote.client = static_cast<unsigned char>(remote->client);
+        port->m_remote.port = static_cast<unsigned char>(remote->port);
+    }
     handle = port.get();
     m_ports.Insert(std::move(port));
     return kMidiNoError;
@@ -255,6 +264,22 @@ bool AlsaMidiDriver::ReadInput()
     return snd_seq_event_input_pending(m_seq, 0) > 0;
 }
 
+bool AlsaMidiDriver::IsSubscribed(const AlsaPort& port) const
+{
+    snd_seq_port_subscribe_t* query = nullptr;
+    if (snd_seq_port_subscribe_malloc(&query) < 0) {
+        return true; // cannot tell; keep sending
+    }
+    snd_seq_addr_t sender{};
+    sender.client = static_cast<unsigned char>(snd_seq_client_id(m_seq));
+    sender.port = static_cast<unsigned char>(port.m_local);
+    snd_seq_port_subscribe_set_sender(query, &sender);
+    snd_seq_port_subscribe_set_dest(query, &port.m_remote);
+    const bool subscribed = snd_seq_get_port_subscription(m_seq, query) >= 0;
+    snd_seq_port_subscribe_free(query);
+    return subscribed;
+}
+
 int AlsaMidiDriver::SendOutput()
 {
     int timeout = -1;
@@ -264,6 +289,10 @@ int AlsaMidiDriver::SendOutput()
     const Clock::time_point now = Clock::now();
     for (const auto& open : m_ports.GetPorts()) {
         auto& port = static_cast<AlsaPort&>(*open);
+        if (!port.m_output.empty() && port.m_connected && !IsSubscribed(port)) {
+            m_ports.Fail(port, "The port it was connected to is gone.");
+            continue;
+        }
         while (!port.m_output.empty()) {
             const std::uint8_t* data = nullptr;
             const std::size_t left = BufferedMidiPorts::PeekOutput(port, data);

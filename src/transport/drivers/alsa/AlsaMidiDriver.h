@@ -52,6 +52,7 @@ private:
                         MidiHandle& handle);
     bool ReadInput(); // true when more input is waiting
     int SendOutput(); // milliseconds until output should be tried again, or -1
+    bool IsSubscribed(const AlsaPort& port) const;
 
     void Run();
     void Wake();
