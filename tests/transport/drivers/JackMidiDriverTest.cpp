@@ -257,6 +257,44 @@ TEST_F(JackMidiDriverTest, KeepsOnlySysexOutOfWhateverArrives)
     EXPECT_EQ(Transfer(deviceOut, programIn, garbage, 4), (Bytes{0xF0, 0x01, 0x02, 0xF7}));
 }
 
+TEST(JackMidiDriverServerStopTest, ASendCutByTheServerStoppingComesBackFailedNotSent)
+{
+    if (!test::JackServer::IsInstalled()) {
+        GTEST_SKIP() << "jackd is not installed (the jackd2 package)";
+    }
+    test::JackServer server;
+    std::string error;
+    ASSERT_TRUE(server.Start("tarvix-stop", error)) << error;
+    JackMidiDriver device("tarvix-device", server.GetName());
+    JackMidiDriver program("tarvix", server.GetName());
+    Endpoint deviceIn(device);
+    Endpoint programOut(program);
+    ASSERT_EQ(deviceIn.OpenVirtual(device, MidiDirection::Input, "in"), kMidiNoError);
+    ASSERT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
+
+    // Far more than the server moves in the time it takes to stop it.
+    TestBuffer& big = programOut.Own(MakeSysex(16 * 1024 * 1024));
+    ASSERT_EQ(program.PrepareHeader(programOut.handle, big.header), kMidiNoError);
+    ASSERT_EQ(program.LongMsg(programOut.handle, big.header), kMidiNoError);
+    server.Stop();
+
+    ASSERT_TRUE(programOut.recorder.WaitFor(
+        [](const MidiCallbackRecorder& recorder) {
+            return !recorder.Calls(MidiCallbackMessage::BufferDone).empty();
+        },
+        std::chrono::seconds(20)));
+    EXPECT_NE(big.header.flags & kMidiHeaderFailed, 0u);
+    EXPECT_LT(big.header.bytesRecorded, big.header.bufferLength);
+    EXPECT_EQ(program.GetPortFailure(programOut.handle), "The JACK server has shut down.");
+
+    // And so does every later one, at once.
+    TestBuffer& later = programOut.Own(MakeSysex(100));
+    ASSERT_EQ(program.PrepareHeader(programOut.handle, later.header), kMidiNoError);
+    ASSERT_EQ(program.LongMsg(programOut.handle, later.header), kMidiNoError);
+    EXPECT_NE(later.header.flags & kMidiHeaderFailed, 0u);
+    EXPECT_EQ(later.header.bytesRecorded, 0u);
+}
+
 TEST(JackMidiDriverNoServerTest, ListsNoPortsAndSaysWhy)
 {
     const std::string server = "tarvix-absent-" + std::to_string(getpid());
