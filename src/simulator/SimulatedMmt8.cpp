@@ -23,8 +23,10 @@ constexpr std::uint32_t kBufferCount = 64;
 constexpr auto kDrainPoll = std::chrono::milliseconds(2);
 // At wire speed the device's bytes go out at most this far ahead of the
 // cable (10 ms), so that a receiver sees them about when a real device's
-// would arrive.
+// would arrive; and a late wake-up is made up for, as a real device never
+// pauses mid-dump.
 constexpr std::size_t kOutputLead = 32;
+constexpr auto kOutputCatchUp = std::chrono::seconds(1);
 
 std::string WithoutLineEnd(std::string text)
 {
@@ -149,7 +151,8 @@ bool SimulatedMmt8::Attach(MidiDriver& driver, const std::string& inputName,
     connection->output.SetBufferDelay(0);
     connection->output.SetSysexDelay(0);
     connection->output.SetPacing(
-        m_options.wireSpeed ? CMidiOut::Pacing::Cable : CMidiOut::Pacing::None, kOutputLead);
+        m_options.wireSpeed ? CMidiOut::Pacing::Cable : CMidiOut::Pacing::None, kOutputLead,
+        kOutputCatchUp);
     for (CMidiDevice* port : {static_cast<CMidiDevice*>(&connection->input),
                               static_cast<CMidiDevice*>(&connection->output)}) {
         const std::string& name = port == &connection->input ? inputName : outputName;

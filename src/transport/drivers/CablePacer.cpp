@@ -5,7 +5,10 @@
 
 namespace tarvix {
 
-CablePacer::CablePacer(std::size_t lead, Clock clock) : m_lead(lead), m_clock(std::move(clock)) {}
+CablePacer::CablePacer(std::size_t lead, Clock clock, std::chrono::nanoseconds catchUp)
+    : m_lead(lead), m_clock(std::move(clock)), m_catchUp(catchUp)
+{
+}
 
 CablePacer::TimePoint CablePacer::Now() const
 {
@@ -24,6 +27,11 @@ std::size_t CablePacer::GetBacklog() const
 
 std::size_t CablePacer::GetAllowance() const
 {
+    const TimePoint now = Now();
+    if (m_freeAt < now && m_catchUp > std::chrono::nanoseconds::zero()) {
+        const auto behind = std::min<std::chrono::nanoseconds>(now - m_freeAt, m_catchUp);
+        return m_lead + static_cast<std::size_t>(behind / kByteTime);
+    }
     const std::size_t backlog = GetBacklog();
     return backlog < m_lead ? m_lead - backlog : 0;
 }
@@ -39,7 +47,12 @@ CablePacer::TimePoint CablePacer::WhenAllowed(std::size_t count) const
 
 void CablePacer::Hand(std::size_t count)
 {
-    m_freeAt = std::max(m_freeAt, Now()) + static_cast<long long>(count) * kByteTime;
+    m_freeAt = std::max(m_freeAt, Now() - m_catchUp) + static_cast<long long>(count) * kByteTime;
+}
+
+void CablePacer::Restart()
+{
+    m_freeAt = std::max(m_freeAt, Now());
 }
 
 std::size_t CablePacer::Accept(std::size_t count)

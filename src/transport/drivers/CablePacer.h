@@ -29,7 +29,12 @@ public:
     // that a few milliseconds of scheduling delay never starve the cable.
     static constexpr std::size_t kDefaultLead = 1024;
 
-    explicit CablePacer(std::size_t lead = kDefaultLead, Clock clock = {});
+    // catchUp: how far a sender that fell behind (woken late) may make up
+    // for it, beyond the lead. 0 for a sender to a buffer, which drained
+    // meanwhile anyway; a device that must keep the cable busy, as a real
+    // one does, makes up for a late wake-up within a send.
+    explicit CablePacer(std::size_t lead = kDefaultLead, Clock clock = {},
+                        std::chrono::nanoseconds catchUp = std::chrono::nanoseconds::zero());
 
     std::size_t GetLead() const { return m_lead; }
     TimePoint Now() const;
@@ -43,6 +48,8 @@ public:
     TimePoint WhenAllowed(std::size_t count) const;
     // count bytes were handed over now.
     void Hand(std::size_t count);
+    // A new send begins: nothing to make up for from before it.
+    void Restart();
     // Takes what fits of count bytes arriving now; returns how many did.
     std::size_t Accept(std::size_t count);
     // When the last byte handed over has left the cable.
@@ -52,6 +59,7 @@ public:
 private:
     std::size_t m_lead;
     Clock m_clock;
+    std::chrono::nanoseconds m_catchUp;
     TimePoint m_freeAt{}; // the cable is idle from then on
 };
 

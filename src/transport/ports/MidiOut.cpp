@@ -37,7 +37,7 @@ bool CMidiOut::Open(std::uint32_t index)
     m_paced = m_pacing == Pacing::Cable ||
               (m_pacing == Pacing::Auto && !Driver().IsSoftwareOnly(Handle()));
     std::lock_guard lock(ListLock());
-    m_pacer = CablePacer(m_lead, m_clock);
+    m_pacer = CablePacer(m_lead, m_clock, m_catchUp);
     return true;
 }
 
@@ -74,8 +74,10 @@ bool CMidiOut::QueueSysex(std::span<const std::uint8_t> bytes, bool asOneMessage
         return true;
     {
         std::lock_guard lock(ListLock());
-        if (Messages().empty())
+        if (Messages().empty()) {
             m_handedOver = 0;
+            m_pacer.Restart();
+        }
     }
     m_sysexSent.Reset();
     if (asOneMessage) {

@@ -62,10 +62,12 @@ public:
 
     // Takes effect at the next open; the lead is the pacer's (see
     // CablePacer), and no piece handed over is larger.
-    void SetPacing(Pacing pacing, std::size_t lead = CablePacer::kDefaultLead)
+    void SetPacing(Pacing pacing, std::size_t lead = CablePacer::kDefaultLead,
+                   std::chrono::nanoseconds catchUp = std::chrono::nanoseconds::zero())
     {
         m_pacing = pacing;
         m_lead = lead;
+        m_catchUp = catchUp;
     }
     bool IsPaced() const { return m_paced; }
 
@@ -100,6 +102,7 @@ private:
     CAutoResetEvent m_sysexSent;
     Pacing m_pacing = Pacing::Auto;
     std::size_t m_lead = CablePacer::kDefaultLead;
+    std::chrono::nanoseconds m_catchUp{0};
     CablePacer::Clock m_clock;
     std::atomic<bool> m_paced{false};
     CablePacer m_pacer; // under the list lock

@@ -98,6 +98,23 @@ TEST(CablePacerTest, AnIdleCableGivesNoCreditBeyondTheLead)
     EXPECT_EQ(pacer.GetDrainedAt(), clock.Now() + kByte * 1024);
 }
 
+TEST(CablePacerTest, WithCatchUpASenderWokenLateMakesUpWithinASendButNotBeforeIt)
+{
+    SteppedClock clock;
+    CablePacer pacer(32, clock.Clock(), 1s);
+    pacer.Restart();
+    pacer.Hand(32);
+    // Woken 100 ms late: what the cable would have carried meanwhile may go.
+    clock.Advance(100ms);
+    EXPECT_EQ(pacer.GetAllowance(), 32u + static_cast<std::size_t>((100ms - kByte * 32) / kByte));
+    // Never more than the catch-up, however late.
+    clock.Advance(10s);
+    EXPECT_EQ(pacer.GetAllowance(), 32u + static_cast<std::size_t>(1s / kByte));
+    // A new send starts from now.
+    pacer.Restart();
+    EXPECT_EQ(pacer.GetAllowance(), 32u);
+}
+
 TEST(CablePacerTest, AsAReceiveBufferItKeepsWhatFitsAndDrainsAtCableSpeed)
 {
     SteppedClock clock;
