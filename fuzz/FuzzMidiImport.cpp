@@ -1,6 +1,7 @@
-// Standard MIDI Files from outside, imported into a document: whatever the
-// import makes is either written as a dump that loads back as the same
-// document, or refused cleanly.
+// Standard MIDI Files from outside, imported into a document: no part gets
+// more than 682 beats, and whatever the import makes is either written as a
+// dump that loads back as the same document, or refused cleanly after the
+// import's preview warned about it.
 #include "FuzzFailure.h"
 #include "SavedForm.h"
 
@@ -48,9 +49,9 @@ void Configure(CMidiImport& request, std::uint8_t control)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static CMmt8Memory imported;
+    static CMmt8Memory empty;
+    static CImportPreview preview;
     static CMmt8Memory reloaded;
-    imported.InitMemory();
 
     CMidiImport request;
     request.sourcePath = "fuzz.mid";
