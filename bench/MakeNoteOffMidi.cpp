@@ -15,8 +15,8 @@ int main(int argc, char** argv)
     }
     const std::vector<std::uint8_t> bytes = tarvix::bench::MakeUnmatchedNoteOffFile();
     std::string error;
-    if (!tarvix::WriteFileReplacing(argv[1], bytes.data(),
-                                    static_cast<std::uint32_t>(bytes.size()), error)) {
+    if (!tarvix::WriteFileReplacing(argv[1], bytes.data(), static_cast<std::uint32_t>(bytes.size()),
+                                    error)) {
         std::fputs(error.c_str(), stderr);
         return 1;
     }

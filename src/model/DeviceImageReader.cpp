@@ -73,8 +73,8 @@ std::uint32_t DecodeBcd(std::uint16_t field)
 // bytes, however many parts share the record. When the record's length does
 // not even reach the track (a damaged length), the record is taken to end
 // where the next record of the image begins.
-std::size_t TrackEnd(const std::array<std::uint16_t, kTracksPerPart>& offsets,
-                     std::uint16_t offset, std::size_t recordLength, std::size_t untilNextRecord)
+std::size_t TrackEnd(const std::array<std::uint16_t, kTracksPerPart>& offsets, std::uint16_t offset,
+                     std::size_t recordLength, std::size_t untilNextRecord)
 {
     std::size_t end = offset < recordLength ? recordLength : untilNextRecord;
     for (const std::uint16_t other : offsets)

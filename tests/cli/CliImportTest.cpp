@@ -187,8 +187,8 @@ TEST_F(CliImportTest, AResultTooLargeForTheDeviceIsWrittenOnlyWhenAllowed)
     EXPECT_EQ(result.exitCode, 1) << Describe(result);
     EXPECT_EQ(result.err.rfind("After this import the memory would use ", 0), 0u) << result.err;
     EXPECT_NE(result.err.find(" more than the Alesis MMT8 can hold (64256)"), std::string::npos);
-    EXPECT_TRUE(result.err.ends_with(
-        "Nothing was written; --allow-over-capacity writes it anyway.\n"))
+    EXPECT_TRUE(
+        result.err.ends_with("Nothing was written; --allow-over-capacity writes it anyway.\n"))
         << result.err;
     EXPECT_FALSE(std::filesystem::exists(m_out));
 

@@ -76,9 +76,9 @@ ChildSave SaveAsUnprivileged(const std::string& folder, const std::string& text,
     const pid_t child = ::fork();
     if (child == 0) {
         ::close(channel[0]);
-        const bool dropped = ::geteuid() != 0 ||
-                             (::setgroups(0, nullptr) == 0 && ::setgid(kUnprivilegedId) == 0 &&
-                              ::setuid(kUnprivilegedId) == 0);
+        const bool dropped =
+            ::geteuid() != 0 || (::setgroups(0, nullptr) == 0 && ::setgid(kUnprivilegedId) == 0 &&
+                                 ::setuid(kUnprivilegedId) == 0);
         if (!dropped || ::chdir(folder.c_str()) != 0)
             ::_exit(2);
         std::string error;
@@ -166,17 +166,12 @@ TEST(FileReplacerTest, FailedWriteKeepsTheOldFileByteForByte)
     testing::WriteAllBytes(path, old);
 
     // A file size limit makes the write of the new bytes fail part way.
-    rlimit saved{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &saved), 0);
-    const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit small = saved;
-    small.rlim_cur = 4;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
     std::string error;
-    const bool replaced = Replace(path, std::string(100, 'x'), error);
-    setrlimit(RLIMIT_FSIZE, &saved);
-    std::signal(SIGXFSZ, previousHandler);
-
+    bool replaced = false;
+    {
+        FileSizeLimit limit(4);
+        replaced = Replace(path, std::string(100, 'x'), error);
+    }
     EXPECT_FALSE(replaced);
     EXPECT_EQ(error.rfind("Can't write file \"" + path + "\": ", 0), 0u) << error;
     EXPECT_TRUE(error.ends_with(std::string("\": ") + std::strerror(EFBIG) + "\n")) << error;

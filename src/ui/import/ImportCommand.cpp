@@ -33,8 +33,8 @@ bool CImportCommand::Run(QWidget* parent, CMmt8Memory& memory, const CSettings& 
     if (!PreviewImport(request, memory, preview))
         return false;
     if (!preview.warning.empty() &&
-        CMessageBox::Report(parent, QString::fromStdString(preview.warning) + "Import anyway?",
-                            {}, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No,
+        CMessageBox::Report(parent, QString::fromStdString(preview.warning) + "Import anyway?", {},
+                            QMessageBox::Question, QMessageBox::Yes | QMessageBox::No,
                             QMessageBox::No) != QMessageBox::Yes)
         return false;
     memory = std::move(preview.result);
