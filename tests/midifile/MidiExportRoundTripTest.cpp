@@ -115,15 +115,31 @@ void ApplyNoteRule(const std::vector<std::pair<std::uint64_t, CMmt8Event*>>& eve
     }
 }
 
-// What the import gives back of parts exported one after another: the note
+// The device plays the channel events of a track whose channel is set on
+// that channel, and so does the file.
+void ForceChannels(CMmt8Part& part)
+{
+    for (auto& track : part.tracks) {
+        if (track.channel < 1 || track.channel > kMaxTrackChannel)
+            continue;
+        for (auto& event : track.events)
+            if (event->GetTypeCode() != kSysexEventType)
+                event->channel = static_cast<std::uint8_t>(track.channel - 1);
+    }
+}
+
+// What the import gives back of parts exported one after another: the
+// forced channels on the events, the note
 // rule over each whole file track, a length measured to the last event, the
 // marker's name when there are several parts, and the last channel given to
 // each track.
 CMmt8Memory ExpectedBack(const CMmt8Memory& original, const std::vector<int>& parts)
 {
     CMmt8Memory expected;
-    for (const int part : parts)
+    for (const int part : parts) {
         expected.Part(part) = original.Part(part);
+        ForceChannels(expected.Part(part));
+    }
     for (int track = 0; track < kTracksPerPart; ++track) {
         std::vector<std::pair<std::uint64_t, CMmt8Event*>> events;
         std::uint64_t offset = 0;
@@ -269,8 +285,9 @@ MidoView ReadWithMido(const Bytes& bytes)
 }
 
 // The notes a sequencer should show for an exported part.
-std::string SequencerNotes(const CMmt8Part& part)
+std::string SequencerNotes(CMmt8Part part)
 {
+    ForceChannels(part);
     std::string text = "track\n";
     for (const auto& track : part.tracks) {
         text += "track\n";
