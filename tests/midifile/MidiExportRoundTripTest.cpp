@@ -3,6 +3,7 @@
 #include "ExportTestSupport.h"
 #include "MidoPeer.h"
 
+#include "midifile/ImportTrackList.h"
 #include "model/EventBuilders.h"
 #include "model/Mmt8Memory.h"
 #include "support/TempDir.h"
@@ -263,6 +264,42 @@ TEST(MidiExportRoundTripTest, NamesAndLengthsComeBackAsTheImportMeasuresThem)
     ImportBack(back, Select(Kind::Part, 4), ExportedBytes(original, Select(Kind::Part, 4)));
     EXPECT_EQ(back.Part(4).beats, 0u);
     EXPECT_EQ(back.Part(4).name, "SILENCE");
+}
+
+// Device tracks without events send nothing, yet still hold their places:
+// the import ticks every track an export made for a device track, and only
+// those.
+TEST(MidiExportRoundTripTest, EmptyDeviceTracksKeepTheirPlaces)
+{
+    CMmt8Memory original;
+    original.Part(6).beats = 1;
+    original.Part(6).name = "PADS";
+    original.Part(6).tracks[5] = TrackOf(0, Note(10, 60, 20));
+    const Bytes bytes = ExportedBytes(original, Select(Kind::Part, 6));
+    EXPECT_EQ(GetInitialTicks(ReadMidi(bytes)), std::vector<bool>(
+                                                    {false, true, true, true, true, true, true, true, true}));
+
+    // A track marked by some other program stays unticked.
+    CMidiFile other = ReadMidi(bytes);
+    auto& mark = static_cast<CMidiMetaEvent&>(*other.tracks[1]->events[1]);
+    const std::uint8_t otherData[] = {0x7D, 'O', 't', 'h', 'e', 'r'};
+    mark.SetData(otherData);
+    EXPECT_FALSE(GetInitialTicks(other)[1]);
+
+    CMmt8Memory back;
+    for (int part : {6, 9}) {
+        back.Part(part).beats = 1;
+        for (auto& track : back.Part(part).tracks)
+            track = TrackOf(0, Make<CMmt8ProgramEvent>(0, 0, 1));
+    }
+    ImportBack(back, Select(Kind::Part, 6), bytes);
+    EXPECT_TRUE(SamePart(original.Part(6), back.Part(6)));
+    // The selected tracks of another part: tracks 2 and 6 of part 6 go to
+    // tracks 3 and 4, whatever they held.
+    ImportBack(back, Select(Kind::PartTracks, 9, {2, 3}),
+               ExportedBytes(original, Select(Kind::PartTracks, 6, {1, 5})));
+    EXPECT_EQ(back.Part(9).tracks[2].events.size(), 0u);
+    EXPECT_TRUE(test::SameTrack(original.Part(6).tracks[5], back.Part(9).tracks[3]));
 }
 
 // mido's reading of a file we wrote, event for event and as a sequencer's
