@@ -139,8 +139,8 @@ std::unique_ptr<CMidiTrack> BuildDeviceTrack(const CMmt8Memory& memory, const Ex
             PlacedEvent entry;
             entry.tick = segment.start + event->time;
             entry.event = event.get();
-            entry.channel = static_cast<std::uint8_t>(forced ? source.channel - 1
-                                                             : event->channel & 0x0F);
+            entry.channel =
+                static_cast<std::uint8_t>(forced ? source.channel - 1 : event->channel & 0x0F);
             entry.noteLimit = layout.songs ? end : UINT64_MAX;
             placed.push_back(entry);
         }

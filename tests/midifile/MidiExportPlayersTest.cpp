@@ -126,7 +126,8 @@ double TimiditySeconds(const std::string& midi, const std::string& raw)
     // sound font that may be missing.
     const PeerRun run = RunPeerCommand(
         "timidity -c /etc/timidity/freepats.cfg -s 22050 --output-mono --output-16bit "
-        "--output-signed -Or -o '" + raw + "' '" + midi + "'");
+        "--output-signed -Or -o '" +
+        raw + "' '" + midi + "'");
     EXPECT_EQ(run.status, 0) << run.output;
     std::error_code error;
     const auto size = std::filesystem::file_size(raw, error);
@@ -146,8 +147,8 @@ TEST(MidiExportPlayersTest, TimidityPlaysASongForItsLength)
     const std::string tone = folder.File("tone.mid");
     WriteAllBytes(song, ExportedBytes(memory, Select(Kind::Song, 2)));
     constexpr int kToneBeats = 4;
-    const PeerRun made = RunMidoPeer("tone", tone,
-                                     std::to_string(kSongTempo) + " " + std::to_string(kToneBeats));
+    const PeerRun made =
+        RunMidoPeer("tone", tone, std::to_string(kSongTempo) + " " + std::to_string(kToneBeats));
     ASSERT_EQ(made.status, 0) << made.output;
 
     const double beat = 60.0 / kSongTempo;

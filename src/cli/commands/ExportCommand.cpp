@@ -19,7 +19,8 @@ public:
     {
         std::vector<OptionSpec> options = {
             {"-o", true, "the .mid file to write", true},
-            {"--tempo", true, "beats per minute (20-255) instead of each song's own, or 120 for parts"}};
+            {"--tempo", true,
+             "beats per minute (20-255) instead of each song's own, or 120 for parts"}};
         for (const OptionSpec& option : SelectionOptions())
             options.push_back(option);
         return options;
