@@ -98,15 +98,18 @@ public:
 
 private:
     // The file is written as a new file in its folder, renamed over the
-    // target: so the folder must take a new file, and the target, if there,
-    // must be a file.
+    // target, or, when the folder takes no new file, over a target that is
+    // writable: one of the two must work, and the target must be a file.
     static bool CanWriteFile(const std::string& path, std::string& error)
     {
         struct stat target {};
-        if (stat(path.c_str(), &target) == 0 && S_ISDIR(target.st_mode)) {
+        const bool exists = stat(path.c_str(), &target) == 0;
+        if (exists && S_ISDIR(target.st_mode)) {
             error = FormatText("Can't write %s: %s\n", path.c_str(), std::strerror(EISDIR));
             return false;
         }
+        if (exists && access(path.c_str(), W_OK) == 0)
+            return true;
         std::string probe = path + ".tarvix-XXXXXX";
         const int fd = mkstemp(probe.data());
         if (fd < 0) {
