@@ -22,7 +22,8 @@ std::size_t CablePacer::GetBacklog() const
         return 0;
     // A byte partly on the wire still takes its room.
     const auto pending = m_freeAt - now;
-    return static_cast<std::size_t>((pending + kByteTime - std::chrono::nanoseconds(1)) / kByteTime);
+    return static_cast<std::size_t>((pending + kByteTime - std::chrono::nanoseconds(1)) /
+                                    kByteTime);
 }
 
 std::size_t CablePacer::GetAllowance() const

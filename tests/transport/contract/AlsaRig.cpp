@@ -33,8 +33,7 @@ std::unique_ptr<DriverRig> MakeAlsaRig(std::string& error)
 }
 
 INSTANTIATE_TEST_SUITE_P(Alsa, DriverContractTest,
-                         ::testing::Values(RigFactory{"ALSA", &MakeAlsaRig}),
-                         &RigName);
+                         ::testing::Values(RigFactory{"ALSA", &MakeAlsaRig}), &RigName);
 
 } // namespace
 } // namespace tarvix::test

@@ -29,7 +29,8 @@ bool Eventually(const std::function<bool()>& condition)
 // One of the program's ports, with buffers that live as long as it does.
 class ProgramPort {
 public:
-    ProgramPort(MidiDriver& driver, MidiDirection direction) : m_driver(driver), m_direction(direction)
+    ProgramPort(MidiDriver& driver, MidiDirection direction)
+        : m_driver(driver), m_direction(direction)
     {
     }
     ~ProgramPort()
@@ -100,8 +101,8 @@ public:
             TestBuffer& buffer = *free.front();
             free.pop_front();
             buffer.Set(Bytes(bytes.begin() + static_cast<std::ptrdiff_t>(sent),
-                             bytes.begin() + static_cast<std::ptrdiff_t>(
-                                                 std::min(bytes.size(), sent + size))));
+                             bytes.begin() +
+                                 static_cast<std::ptrdiff_t>(std::min(bytes.size(), sent + size))));
             sent += buffer.header.bufferLength;
             EXPECT_EQ(m_driver.LongMsg(handle, buffer.header), kMidiNoError);
         }

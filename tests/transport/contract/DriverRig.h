@@ -4,8 +4,8 @@
 
 #include <cstdint>
 #include <functional>
-#include <ostream>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -46,9 +46,9 @@ inline void PrintTo(const RigFactory& rig, std::ostream* os)
 
 // A far end made of a second driver of the same backend with ports of its
 // own (JACK, ALSA): opener creates them as the simulated device does.
-using VirtualOpener = std::function<MidiResult(MidiDirection direction, const std::string& name,
-                                               MidiCallback callback, void* instance,
-                                               MidiHandle& handle)>;
+using VirtualOpener =
+    std::function<MidiResult(MidiDirection direction, const std::string& name,
+                             MidiCallback callback, void* instance, MidiHandle& handle)>;
 std::unique_ptr<DriverRig> MakePeerRig(std::unique_ptr<MidiDriver> program,
                                        std::unique_ptr<MidiDriver> peer, VirtualOpener opener,
                                        std::function<std::string(const std::string&)> listedName,

@@ -36,7 +36,8 @@ private:
 };
 
 INSTANTIATE_TEST_SUITE_P(Loopback, DriverContractTest,
-                         ::testing::Values(RigFactory{"Loopback", [](std::string&) {
+                         ::testing::Values(RigFactory{"Loopback",
+                                                      [](std::string&) {
                                                           return std::unique_ptr<DriverRig>(
                                                               std::make_unique<LoopbackRig>());
                                                       }}),
@@ -72,8 +73,7 @@ std::unique_ptr<DriverRig> MakeJackRig(std::string& error)
 }
 
 INSTANTIATE_TEST_SUITE_P(Jack, DriverContractTest,
-                         ::testing::Values(RigFactory{"JACK", &MakeJackRig}),
-                         &RigName);
+                         ::testing::Values(RigFactory{"JACK", &MakeJackRig}), &RigName);
 #endif
 
 } // namespace

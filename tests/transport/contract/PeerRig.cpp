@@ -51,8 +51,7 @@ public:
     {
         MidiHandle in = nullptr;
         if (opener(MidiDirection::Input, "in", &PeerRig::Callback, this, in) != kMidiNoError ||
-            opener(MidiDirection::Output, "out", &PeerRig::Callback, this, m_out) !=
-                kMidiNoError) {
+            opener(MidiDirection::Output, "out", &PeerRig::Callback, this, m_out) != kMidiNoError) {
             error = "the far end's ports did not open: " + m_peer->GetUnavailableReason();
             return false;
         }
@@ -80,7 +79,8 @@ public:
             PeerBuffer* buffer = nullptr;
             {
                 std::unique_lock lock(m_mutex);
-                m_changed.wait_for(lock, std::chrono::seconds(10), [this] { return !m_free.empty(); });
+                m_changed.wait_for(lock, std::chrono::seconds(10),
+                                   [this] { return !m_free.empty(); });
                 if (m_free.empty())
                     return;
                 buffer = m_free.front();
@@ -154,7 +154,8 @@ std::unique_ptr<DriverRig> MakePeerRig(std::unique_ptr<MidiDriver> program,
                                        std::function<std::string(const std::string&)> listedName,
                                        std::string& error)
 {
-    auto rig = std::make_unique<PeerRig>(std::move(program), std::move(peer), std::move(listedName));
+    auto rig =
+        std::make_unique<PeerRig>(std::move(program), std::move(peer), std::move(listedName));
     if (!rig->Open(opener, error))
         return nullptr;
     return rig;
