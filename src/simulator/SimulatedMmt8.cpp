@@ -70,6 +70,15 @@ public:
         : CMidiIn(driver), m_buffer(buffer ? std::make_optional<CablePacer>(*buffer) : std::nullopt)
     {
     }
+    // Closed while still a CableInput: the driver's callbacks and the
+    // worker end before this part of the object goes.
+    ~CableInput() override
+    {
+        if (IsOpen())
+            Close();
+    }
+    CableInput(const CableInput&) = delete;
+    CableInput& operator=(const CableInput&) = delete;
 
     std::uint64_t TakeOverflow() { return m_overflow.exchange(0); }
 

@@ -43,56 +43,6 @@ MidiResult VirtualPortDriver::Open(MidiDirection direction, std::uint32_t index,
     return m_opener(direction, NameOf(direction), callback, instance, handle);
 }
 
-MidiResult VirtualPortDriver::Close(MidiHandle handle)
-{
-    return m_backend.Close(handle);
-}
-
-MidiResult VirtualPortDriver::Reset(MidiHandle handle)
-{
-    return m_backend.Reset(handle);
-}
-
-MidiResult VirtualPortDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
-{
-    return m_backend.PrepareHeader(handle, header);
-}
-
-MidiResult VirtualPortDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
-{
-    return m_backend.UnprepareHeader(handle, header);
-}
-
-MidiResult VirtualPortDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
-{
-    return m_backend.AddBuffer(handle, header);
-}
-
-MidiResult VirtualPortDriver::Start(MidiHandle handle)
-{
-    return m_backend.Start(handle);
-}
-
-MidiResult VirtualPortDriver::LongMsg(MidiHandle handle, MidiHeader& header)
-{
-    return m_backend.LongMsg(handle, header);
-}
-
-bool VirtualPortDriver::IsSoftwareOnly(MidiHandle handle)
-{
-    return m_backend.IsSoftwareOnly(handle);
-}
-
-std::uint64_t VirtualPortDriver::GetLostInputBytes(MidiHandle handle)
-{
-    return m_backend.GetLostInputBytes(handle);
-}
-
-std::string VirtualPortDriver::GetPortFailure(MidiHandle handle)
-{
-    return m_backend.GetPortFailure(handle);
-}
-
 std::string VirtualPortDriver::GetErrorText(MidiResult result) const
 {
     return m_backend.GetErrorText(result);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transport/drivers/MidiDriver.h"
+#include "transport/drivers/ForwardingMidiDriver.h"
 
 #include <functional>
 #include <string>
@@ -12,7 +12,7 @@ namespace tarvix {
 // one output, and opening them creates them through the backend's
 // OpenVirtual. Everything else goes straight to the backend. This lets the
 // ordinary CMidiIn and CMidiOut serve the simulated device.
-class VirtualPortDriver : public MidiDriver {
+class VirtualPortDriver : public ForwardingMidiDriver {
 public:
     using Opener = std::function<MidiResult(MidiDirection direction, const std::string& portName,
                                             MidiCallback callback, void* instance,
@@ -26,20 +26,11 @@ public:
     MidiResult GetDevName(MidiDirection direction, std::uint32_t index, std::string& name) override;
     MidiResult Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
                     void* instance, MidiHandle& handle) override;
-    MidiResult Close(MidiHandle handle) override;
-    MidiResult Reset(MidiHandle handle) override;
-    MidiResult PrepareHeader(MidiHandle handle, MidiHeader& header) override;
-    MidiResult UnprepareHeader(MidiHandle handle, MidiHeader& header) override;
-    MidiResult AddBuffer(MidiHandle handle, MidiHeader& header) override;
-    MidiResult Start(MidiHandle handle) override;
-    MidiResult LongMsg(MidiHandle handle, MidiHeader& header) override;
-    bool IsSoftwareOnly(MidiHandle handle) override;
-    std::uint64_t GetLostInputBytes(MidiHandle handle) override;
-    std::string GetPortFailure(MidiHandle handle) override;
     std::string GetErrorText(MidiResult result) const override;
     std::string GetUnavailableReason() const override;
 
 private:
+    MidiDriver* Target(MidiHandle /*handle*/) const override { return &m_backend; }
     const std::string& NameOf(MidiDirection direction) const;
 
     MidiDriver& m_backend;
