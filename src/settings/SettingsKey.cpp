@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <optional>
 
 namespace tarvix {
@@ -119,11 +120,25 @@ CSettingsKey CSettingsKey::InFile(const std::string& path)
     return key;
 }
 
-std::unique_ptr<QSettings> CSettingsKey::Open(const std::string& subKey) const
+struct SettingsKeyAccess {
+    // The store, opened afresh at the sub-key for one operation.
+    static std::unique_ptr<QSettings> Open(const CSettingsKey& key, const std::string& subKey);
+    static SettingsStatus WriteVariant(const CSettingsKey& key, const std::string& name,
+                                       const QVariant& value, const std::string& subKey);
+};
+
+namespace {
+std::unique_ptr<QSettings> Open(const CSettingsKey& key, const std::string& subKey)
 {
-    auto store = m_filePath.empty()
-        ? std::make_unique<QSettings>(ToQt(m_vendor), ToQt(m_program))
-        : std::make_unique<QSettings>(ToQt(m_filePath), QSettings::IniFormat);
+    return SettingsKeyAccess::Open(key, subKey);
+}
+} // namespace
+
+std::unique_ptr<QSettings> SettingsKeyAccess::Open(const CSettingsKey& key, const std::string& subKey)
+{
+    auto store = key.m_filePath.empty()
+        ? std::make_unique<QSettings>(ToQt(key.m_vendor), ToQt(key.m_program))
+        : std::make_unique<QSettings>(ToQt(key.m_filePath), QSettings::IniFormat);
     // HKEY_CURRENT_USER only: no system-wide values shine through.
     store->setFallbacksEnabled(false);
     if (!subKey.empty())
@@ -131,10 +146,10 @@ std::unique_ptr<QSettings> CSettingsKey::Open(const std::string& subKey) const
     return store;
 }
 
-SettingsStatus CSettingsKey::WriteVariant(const std::string& name, const QVariant& value,
-                                          const std::string& subKey) const
+SettingsStatus SettingsKeyAccess::WriteVariant(const CSettingsKey& key, const std::string& name,
+                                               const QVariant& value, const std::string& subKey)
 {
-    const auto store = Open(subKey);
+    const auto store = Open(key, subKey);
     store->setValue(ToQt(name), value);
     store->sync();
     return StatusOf(*store);
@@ -145,7 +160,7 @@ SettingsStatus CSettingsKey::ReadDwordValue(const std::string& name, std::uint32
                                             const std::string& subKey) const
 {
     value = defaultValue;
-    if (const auto stored = AsDword(Open(subKey)->value(ToQt(name)))) {
+    if (const auto stored = AsDword(Open(*this, subKey)->value(ToQt(name)))) {
         value = *stored;
         return kSettingsSuccess;
     }
@@ -157,7 +172,7 @@ SettingsStatus CSettingsKey::ReadStringValue(const std::string& name, std::strin
                                              const std::string& subKey) const
 {
     value = defaultValue;
-    const auto stored = AsText(Open(subKey)->value(ToQt(name)));
+    const auto stored = AsText(Open(*this, subKey)->value(ToQt(name)));
     if (stored && CharacterCount(*stored) <= kMaxStringCharacters) {
         value = stored->toStdString();
         return kSettingsSuccess;
@@ -169,7 +184,7 @@ SettingsStatus CSettingsKey::ReadBinaryValue(const std::string& name,
                                              std::span<std::uint8_t> bytes,
                                              const std::string& subKey) const
 {
-    const QVariant stored = Open(subKey)->value(ToQt(name));
+    const QVariant stored = Open(*this, subKey)->value(ToQt(name));
     if (stored.metaType().id() != QMetaType::QByteArray)
         return kSettingsWrongValue;
     const QByteArray data = stored.toByteArray();
@@ -183,13 +198,13 @@ SettingsStatus CSettingsKey::ReadBinaryValue(const std::string& name,
 SettingsStatus CSettingsKey::WriteDwordValue(const std::string& name, std::uint32_t value,
                                              const std::string& subKey) const
 {
-    return WriteVariant(name, QVariant(static_cast<uint>(value)), subKey);
+    return SettingsKeyAccess::WriteVariant(*this, name, QVariant(static_cast<uint>(value)), subKey);
 }
 
 SettingsStatus CSettingsKey::WriteStringValue(const std::string& name, const std::string& value,
                                               const std::string& subKey) const
 {
-    return WriteVariant(name, QVariant(ToQt(value)), subKey);
+    return SettingsKeyAccess::WriteVariant(*this, name, QVariant(ToQt(value)), subKey);
 }
 
 SettingsStatus CSettingsKey::WriteBinaryValue(const std::string& name,
@@ -198,12 +213,12 @@ SettingsStatus CSettingsKey::WriteBinaryValue(const std::string& name,
 {
     const QByteArray data(reinterpret_cast<const char*>(bytes.data()),
                           static_cast<qsizetype>(bytes.size()));
-    return WriteVariant(name, QVariant(data), subKey);
+    return SettingsKeyAccess::WriteVariant(*this, name, QVariant(data), subKey);
 }
 
 SettingsStatus CSettingsKey::DeleteValue(const std::string& name, const std::string& subKey) const
 {
-    const auto store = Open(subKey);
+    const auto store = Open(*this, subKey);
     store->remove(ToQt(name));
     store->sync();
     return StatusOf(*store);

@@ -1,12 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <string>
-
-class QSettings;
-class QVariant;
 
 namespace tarvix {
 
@@ -17,9 +13,11 @@ inline constexpr SettingsStatus kSettingsAccessDenied = 5;     // the store cann
 inline constexpr SettingsStatus kSettingsInvalidData = 13;     // the store's file is malformed
 inline constexpr SettingsStatus kSettingsWrongValue = 0xFFFFFFFF; // absent, or of another type or size
 
-// The program's key in the per-user settings store, over QSettings: the
-// registry key HKCU "Software\Quillon\Tarvix" on Windows, a .conf file under
-// $XDG_CONFIG_HOME on Linux, a plist on macOS.
+// The program's key in the per-user settings store. This class is the
+// store's whole platform interface: SettingsKey.cpp implements it over
+// QSettings (a .conf file under $XDG_CONFIG_HOME on Linux, a plist on
+// macOS), and a platform may put its own file in its place (the registry
+// key HKCU "Software\Quillon\Tarvix" on Windows) with nothing else to change.
 //
 // The registry's rules are kept where QSettings differs:
 // - values are DWORD (unsigned 32-bit), string or binary; a file-based store
@@ -76,11 +74,8 @@ public:
 
 private:
     CSettingsKey() = default;
-
-    // The store, opened afresh at the sub-key for one operation.
-    std::unique_ptr<QSettings> Open(const std::string& subKey) const;
-    SettingsStatus WriteVariant(const std::string& name, const QVariant& value,
-                                const std::string& subKey) const;
+    // The implementation's own helpers.
+    friend struct SettingsKeyAccess;
 
     std::string m_keyPath;
     std::string m_vendor;   // store of the user's vendor/program ...
