@@ -30,6 +30,14 @@ std::optional<int> CUpDownEdit::Value() const
     return value;
 }
 
+std::optional<int> CUpDownEdit::ValueInRange() const
+{
+    const std::optional<int> value = Value();
+    if (!value || *value < m_minimum || *value > m_maximum)
+        return std::nullopt;
+    return value;
+}
+
 QString CUpDownEdit::SelectedText() const { return lineEdit()->selectedText(); }
 
 void CUpDownEdit::SelectForCorrection()

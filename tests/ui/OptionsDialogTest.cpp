@@ -1,6 +1,7 @@
 #include "TransportUiTest.h"
 
 #include "framework/DialogRunner.h"
+#include "framework/UpDownEdit.h"
 #include "framework/MessageBox.h"
 #include "transport/ports/MidiOut.h"
 #include "transport/settings/Settings.h"
@@ -8,7 +9,6 @@
 #include "ui/StatusPanes.h"
 #include "ui/options/GeneralPage.h"
 #include "ui/options/MidiPage.h"
-#include "ui/options/NumberField.h"
 #include "ui/options/OptionsSheet.h"
 
 #include <QCheckBox>
@@ -29,7 +29,7 @@ using Sheet = COptionsSheet;
 
 QCheckBox* Box(const Sheet& sheet, int id) { return qobject_cast<QCheckBox*>(sheet.General().Control(id)); }
 QComboBox* PortList(const Sheet& sheet, int id) { return qobject_cast<QComboBox*>(sheet.Midi().Control(id)); }
-CNumberField* Number(const Sheet& sheet, int id) { return qobject_cast<CNumberField*>(sheet.Midi().Control(id)); }
+CUpDownEdit* Number(const Sheet& sheet, int id) { return qobject_cast<CUpDownEdit*>(sheet.Midi().Control(id)); }
 
 QStringList Items(const QComboBox& list)
 {
@@ -48,7 +48,7 @@ QString LabelOf(const QWidget& page, const QWidget* control)
     return {};
 }
 
-void Type(CNumberField& field, const QString& text)
+void Type(CUpDownEdit& field, const QString& text)
 {
     field.clear();
     QTest::keyClicks(&field, text);
@@ -220,7 +220,7 @@ TEST_F(OptionsDialogTest, NumbersOutsideTheirRangeKeepThePageWithAMessage)
             {CMidiPage::kOutBufDelayId, "", "Please enter an integer between 0 and 1000."},
         };
         for (const Case& c : cases) {
-            CNumberField* field = Number(sheet, c.id);
+            CUpDownEdit* field = Number(sheet, c.id);
             const QString kept = field->text();
             Type(*field, QString::fromLatin1(c.entry));
             const int shown = CMessageBox::ShownCount();
@@ -234,7 +234,7 @@ TEST_F(OptionsDialogTest, NumbersOutsideTheirRangeKeepThePageWithAMessage)
             Type(*field, kept);
         }
         // The buttons keep to the range.
-        CNumberField* size = Number(sheet, CMidiPage::kInBufSizeId);
+        CUpDownEdit* size = Number(sheet, CMidiPage::kInBufSizeId);
         Type(*size, "65535");
         size->stepBy(1);
         EXPECT_EQ(size->text(), QStringLiteral("65535"));
