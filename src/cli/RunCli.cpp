@@ -35,7 +35,10 @@ void PrintOverview(std::FILE* out)
                out);
     for (const auto& command : AllCommands())
         std::fprintf(out, "  %-10s %s\n", command->Name(), command->Summary());
-    std::fputs("\nRun 'tarvix-cli COMMAND --help' for a command's arguments.\n", out);
+    std::fputs("\nAn option's value is the next word, or for a long option follows '='\n"
+               "(--tempo=90). Each option is given at most once.\n"
+               "Run 'tarvix-cli COMMAND --help' for a command's arguments.\n",
+               out);
 }
 
 bool IsOptionWord(const std::string& word)
