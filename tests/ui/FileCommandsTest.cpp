@@ -197,9 +197,15 @@ TEST_F(FileCommandsTest, CommandLineOpensEveryFileInOrder)
     other.SetSongTempo(1, 100);
     other.AppendStep(1, 0, 0xFF);
     // The name reaches the frame as the system passed it: a quote, spaces and
-    // letters beyond ASCII are part of it, not separators.
+    // letters beyond ASCII are part of it, not separators. Options and empty
+    // arguments name no file; an absolute path is no option.
     const QString second = WriteSyx("second \"one\" Süßer Ton.syx", other);
-    Start({QStringLiteral("-x"), first, QStringLiteral("--quiet"), second});
+    const QString missing = TempFile("missing.syx");
+    ASSERT_TRUE(QDir::isAbsolutePath(missing));
+    const int shown = CMessageBox::ShownCount();
+    Start({QStringLiteral("-x"), first, QString(), QStringLiteral("--quiet"), missing, second});
+    EXPECT_EQ(CMessageBox::ShownCount(), shown + 1);
+    EXPECT_TRUE(CMessageBox::LastText().contains(missing)) << CMessageBox::LastText().toStdString();
     EXPECT_EQ(Frame().CurrentPath(), second);
     EXPECT_EQ(Frame().CurrentTitle(), QStringLiteral("second \"one\" Süßer Ton.syx"));
     EXPECT_EQ(Memory().Song(1).name, "Second");
