@@ -27,6 +27,7 @@ public:
     void SelectForCorrection();
 
     void stepBy(int steps) override;
+    QSize sizeHint() const override;
 
 signals:
     void textChanged(const QString& text);
