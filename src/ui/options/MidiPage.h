@@ -15,7 +15,7 @@ class QVBoxLayout;
 namespace tarvix {
 
 class CMidiDevice;
-class CNumberField;
+class CUpDownEdit;
 class CSettings;
 class IMidiPorts;
 
@@ -50,7 +50,7 @@ private:
         std::string SettingValues::*setting;
     };
     struct Number {
-        CNumberField* control;
+        CUpDownEdit* control;
         std::uint32_t copy;
         std::uint32_t SettingValues::*setting;
     };
