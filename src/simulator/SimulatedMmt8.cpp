@@ -67,7 +67,7 @@ namespace {
 class CableInput : public CMidiIn {
 public:
     CableInput(MidiDriver& driver, std::optional<std::size_t> buffer)
-        : CMidiIn(driver), m_buffer(buffer ? std::make_optional<CablePacer>(*buffer) : std::nullopt)
+        : CMidiIn(driver), m_buffer(buffer ? std::make_optional<CCablePacer>(*buffer) : std::nullopt)
     {
     }
     // Closed while still a CableInput: the driver's callbacks and the
@@ -94,7 +94,7 @@ protected:
 
 private:
     std::mutex m_lock;
-    std::optional<CablePacer> m_buffer;
+    std::optional<CCablePacer> m_buffer;
     std::atomic<std::uint64_t> m_overflow{0};
 };
 } // namespace
@@ -143,7 +143,7 @@ bool SimulatedMmt8::CheckMemory(std::span<const std::uint8_t> memory, std::strin
 
 double SimulatedMmt8::GetWireSeconds(std::size_t bytes)
 {
-    return static_cast<double>(bytes) / CablePacer::kBytesPerSecond;
+    return static_cast<double>(bytes) / CCablePacer::kBytesPerSecond;
 }
 
 bool SimulatedMmt8::Attach(MidiDriver& driver, const std::string& inputName,

@@ -12,7 +12,7 @@ namespace tarvix {
 // one output, and opening them creates them through the backend's
 // OpenVirtual. Everything else goes straight to the backend. This lets the
 // ordinary CMidiIn and CMidiOut serve the simulated device.
-class VirtualPortDriver : public ForwardingMidiDriver {
+class VirtualPortDriver : public CForwardingMidiDriver {
 public:
     using Opener = std::function<MidiResult(MidiDirection direction, const std::string& portName,
                                             MidiCallback callback, void* instance,

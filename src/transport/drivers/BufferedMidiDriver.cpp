@@ -4,7 +4,7 @@
 
 namespace tarvix {
 
-MidiResult BufferedMidiDriver::Close(MidiHandle handle)
+MidiResult CBufferedMidiDriver::Close(MidiHandle handle)
 {
     {
         const std::lock_guard lock(m_ports.GetMutex());
@@ -20,32 +20,32 @@ MidiResult BufferedMidiDriver::Close(MidiHandle handle)
     return kMidiNoError;
 }
 
-MidiResult BufferedMidiDriver::Reset(MidiHandle handle)
+MidiResult CBufferedMidiDriver::Reset(MidiHandle handle)
 {
     return m_ports.Reset(handle, [this](BufferedMidiPort& port) { ResetPort(port); });
 }
 
-MidiResult BufferedMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
+MidiResult CBufferedMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
 {
     return m_ports.PrepareHeader(handle, header);
 }
 
-MidiResult BufferedMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
+MidiResult CBufferedMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
 {
     return m_ports.UnprepareHeader(handle, header);
 }
 
-MidiResult BufferedMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
+MidiResult CBufferedMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
 {
     return m_ports.AddBuffer(handle, header);
 }
 
-MidiResult BufferedMidiDriver::Start(MidiHandle handle)
+MidiResult CBufferedMidiDriver::Start(MidiHandle handle)
 {
     return m_ports.Start(handle);
 }
 
-MidiResult BufferedMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
+MidiResult CBufferedMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
 {
     const MidiResult result = m_ports.QueueOutput(handle, header);
     if (result == kMidiNoError) {
@@ -56,25 +56,25 @@ MidiResult BufferedMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
     return result;
 }
 
-std::string BufferedMidiDriver::GetErrorText(MidiResult result) const
+std::string CBufferedMidiDriver::GetErrorText(MidiResult result) const
 {
     return GetMidiErrorText(result);
 }
 
-std::string BufferedMidiDriver::GetUnavailableReason() const
+std::string CBufferedMidiDriver::GetUnavailableReason() const
 {
     const std::lock_guard lock(m_ports.GetMutex());
     return m_unavailableReason;
 }
 
-std::uint64_t BufferedMidiDriver::GetLostInputBytes(MidiHandle handle)
+std::uint64_t CBufferedMidiDriver::GetLostInputBytes(MidiHandle handle)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     const BufferedMidiPort* port = m_ports.Find(handle, MidiDirection::Input);
     return port == nullptr ? 0 : port->m_lostInput + port->m_input.GetLostBytes();
 }
 
-std::string BufferedMidiDriver::GetPortFailure(MidiHandle handle)
+std::string CBufferedMidiDriver::GetPortFailure(MidiHandle handle)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     const BufferedMidiPort* port = m_ports.Find(handle, MidiDirection::Output);

@@ -11,7 +11,7 @@ namespace tarvix {
 // Loopback, and whatever comes next. It answers every operation that is
 // only about buffers, so that a backend implements listing, opening and
 // moving bytes, and hooks in where its system needs a word.
-class BufferedMidiDriver : public MidiDriver {
+class CBufferedMidiDriver : public MidiDriver {
 public:
     MidiResult Close(MidiHandle handle) override;
     MidiResult Reset(MidiHandle handle) override;

@@ -5,17 +5,17 @@
 
 namespace tarvix {
 
-CablePacer::CablePacer(std::size_t lead, Clock clock, std::chrono::nanoseconds catchUp)
+CCablePacer::CCablePacer(std::size_t lead, Clock clock, std::chrono::nanoseconds catchUp)
     : m_lead(lead), m_clock(std::move(clock)), m_catchUp(catchUp)
 {
 }
 
-CablePacer::TimePoint CablePacer::Now() const
+CCablePacer::TimePoint CCablePacer::Now() const
 {
     return m_clock ? m_clock() : std::chrono::steady_clock::now();
 }
 
-std::size_t CablePacer::GetBacklog() const
+std::size_t CCablePacer::GetBacklog() const
 {
     const TimePoint now = Now();
     if (m_freeAt <= now)
@@ -26,7 +26,7 @@ std::size_t CablePacer::GetBacklog() const
                                     kByteTime);
 }
 
-std::size_t CablePacer::GetAllowance() const
+std::size_t CCablePacer::GetAllowance() const
 {
     const TimePoint now = Now();
     if (m_freeAt < now && m_catchUp > std::chrono::nanoseconds::zero()) {
@@ -37,7 +37,7 @@ std::size_t CablePacer::GetAllowance() const
     return backlog < m_lead ? m_lead - backlog : 0;
 }
 
-CablePacer::TimePoint CablePacer::WhenAllowed(std::size_t count) const
+CCablePacer::TimePoint CCablePacer::WhenAllowed(std::size_t count) const
 {
     count = std::min(count, m_lead);
     // The backlog must have shrunk to lead - count: the cable is free at
@@ -46,17 +46,17 @@ CablePacer::TimePoint CablePacer::WhenAllowed(std::size_t count) const
     return std::max(at, Now());
 }
 
-void CablePacer::Hand(std::size_t count)
+void CCablePacer::Hand(std::size_t count)
 {
     m_freeAt = std::max(m_freeAt, Now() - m_catchUp) + static_cast<long long>(count) * kByteTime;
 }
 
-void CablePacer::Restart()
+void CCablePacer::Restart()
 {
     m_freeAt = std::max(m_freeAt, Now());
 }
 
-std::size_t CablePacer::Accept(std::size_t count)
+std::size_t CCablePacer::Accept(std::size_t count)
 {
     const std::size_t taken = std::min(count, GetAllowance());
     Hand(taken);

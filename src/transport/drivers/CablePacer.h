@@ -17,7 +17,7 @@ namespace tarvix {
 // with it, and the simulated device uses it as the MIDI interface buffer
 // its input drains through. The clock is injected so that tests can step
 // it byte by byte. Not thread-safe: the owner locks around it.
-class CablePacer {
+class CCablePacer {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
     using Clock = std::function<TimePoint()>;
@@ -33,7 +33,7 @@ public:
     // for it, beyond the lead. 0 for a sender to a buffer, which drained
     // meanwhile anyway; a device that must keep the cable busy, as a real
     // one does, makes up for a late wake-up within a send.
-    explicit CablePacer(std::size_t lead = kDefaultLead, Clock clock = {},
+    explicit CCablePacer(std::size_t lead = kDefaultLead, Clock clock = {},
                         std::chrono::nanoseconds catchUp = std::chrono::nanoseconds::zero());
 
     std::size_t GetLead() const { return m_lead; }

@@ -2,7 +2,7 @@
 
 namespace tarvix {
 
-MidiResult ForwardingMidiDriver::Close(MidiHandle handle)
+MidiResult CForwardingMidiDriver::Close(MidiHandle handle)
 {
     MidiDriver* target = Target(handle);
     if (target == nullptr)
@@ -13,55 +13,55 @@ MidiResult ForwardingMidiDriver::Close(MidiHandle handle)
     return result;
 }
 
-MidiResult ForwardingMidiDriver::Reset(MidiHandle handle)
+MidiResult CForwardingMidiDriver::Reset(MidiHandle handle)
 {
     MidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->Reset(handle);
 }
 
-MidiResult ForwardingMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
+MidiResult CForwardingMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
 {
     MidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->PrepareHeader(handle, header);
 }
 
-MidiResult ForwardingMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
+MidiResult CForwardingMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
 {
     MidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->UnprepareHeader(handle, header);
 }
 
-MidiResult ForwardingMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
+MidiResult CForwardingMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
 {
     MidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->AddBuffer(handle, header);
 }
 
-MidiResult ForwardingMidiDriver::Start(MidiHandle handle)
+MidiResult CForwardingMidiDriver::Start(MidiHandle handle)
 {
     MidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->Start(handle);
 }
 
-MidiResult ForwardingMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
+MidiResult CForwardingMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
 {
     MidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->LongMsg(handle, header);
 }
 
-bool ForwardingMidiDriver::IsSoftwareOnly(MidiHandle handle)
+bool CForwardingMidiDriver::IsSoftwareOnly(MidiHandle handle)
 {
     MidiDriver* target = Target(handle);
     return target != nullptr && target->IsSoftwareOnly(handle);
 }
 
-std::uint64_t ForwardingMidiDriver::GetLostInputBytes(MidiHandle handle)
+std::uint64_t CForwardingMidiDriver::GetLostInputBytes(MidiHandle handle)
 {
     MidiDriver* target = Target(handle);
     return target == nullptr ? 0 : target->GetLostInputBytes(handle);
 }
 
-std::string ForwardingMidiDriver::GetPortFailure(MidiHandle handle)
+std::string CForwardingMidiDriver::GetPortFailure(MidiHandle handle)
 {
     MidiDriver* target = Target(handle);
     return target == nullptr ? std::string() : target->GetPortFailure(handle);

@@ -8,7 +8,7 @@ namespace tarvix {
 // handle goes to the driver that opened it. The service over several
 // backends and the simulated device's view of one backend are such
 // drivers; they list and open, this does the rest.
-class ForwardingMidiDriver : public MidiDriver {
+class CForwardingMidiDriver : public MidiDriver {
 public:
     MidiResult Close(MidiHandle handle) override;
     MidiResult Reset(MidiHandle handle) override;

@@ -17,7 +17,7 @@ namespace tarvix {
 //     "JACK: system:midi_capture_1"
 // so a name stored in the settings finds the same port on the same backend.
 // Handles are the backends' own; callbacks come straight from the backend.
-class MidiService : public ForwardingMidiDriver {
+class MidiService : public CForwardingMidiDriver {
 public:
     static constexpr const char* kPrefixSeparator = ": ";
 

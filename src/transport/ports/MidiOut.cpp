@@ -17,9 +17,9 @@ void SleepMilliseconds(std::uint32_t delay)
 }
 } // namespace
 
-CMidiOut::CMidiOut(MidiDriver& driver, CablePacer::Clock clock)
+CMidiOut::CMidiOut(MidiDriver& driver, CCablePacer::Clock clock)
     : CMidiDevice(driver, MidiDirection::Output), m_clock(std::move(clock)),
-      m_pacer(CablePacer::kDefaultLead, m_clock)
+      m_pacer(CCablePacer::kDefaultLead, m_clock)
 {
 }
 
@@ -37,7 +37,7 @@ bool CMidiOut::Open(std::uint32_t index)
     m_paced = m_pacing == Pacing::Cable ||
               (m_pacing == Pacing::Auto && !Driver().IsSoftwareOnly(Handle()));
     std::lock_guard lock(ListLock());
-    m_pacer = CablePacer(m_lead, m_clock, m_catchUp);
+    m_pacer = CCablePacer(m_lead, m_clock, m_catchUp);
     return true;
 }
 
@@ -138,9 +138,9 @@ void CMidiOut::ThreadProc()
     FreeMessages();
 }
 
-void CMidiOut::WaitAtMost(std::chrono::nanoseconds& wait, CablePacer::TimePoint until) const
+void CMidiOut::WaitAtMost(std::chrono::nanoseconds& wait, CCablePacer::TimePoint until) const
 {
-    const auto left = std::max(until - m_pacer.Now(), CablePacer::TimePoint::duration::zero());
+    const auto left = std::max(until - m_pacer.Now(), CCablePacer::TimePoint::duration::zero());
     const auto nanoseconds = std::chrono::duration_cast<std::chrono::nanoseconds>(left);
     if (wait < std::chrono::nanoseconds::zero() || nanoseconds < wait)
         wait = nanoseconds;

@@ -21,7 +21,7 @@ namespace tarvix {
 // yet: ALSA's sequencer hands them to a raw MIDI buffer of a few KB and
 // drops what does not fit, JACK bridges drop whole events. So the worker
 // hands the driver no more than the cable could have carried since the
-// send began plus the pacer's lead (CablePacer), whatever the buffer size;
+// send began plus the pacer's lead (CCablePacer), whatever the buffer size;
 // the two delays come on top. The rule for going faster: only a port whose
 // driver says it is software only (IsSoftwareOnly: Loopback, in process)
 // is not paced, unless the owner asks otherwise with SetPacing. A message
@@ -36,7 +36,7 @@ public:
     };
 
     // The clock is the pacer's; tests step it.
-    explicit CMidiOut(MidiDriver& driver, CablePacer::Clock clock = {});
+    explicit CMidiOut(MidiDriver& driver, CCablePacer::Clock clock = {});
     ~CMidiOut() override;
 
     bool Open(std::uint32_t index) override;
@@ -61,8 +61,8 @@ public:
     CAutoResetEvent& GetSysexSentEvent() { return m_sysexSent; }
 
     // Takes effect at the next open; the lead is the pacer's (see
-    // CablePacer), and no piece handed over is larger.
-    void SetPacing(Pacing pacing, std::size_t lead = CablePacer::kDefaultLead,
+    // CCablePacer), and no piece handed over is larger.
+    void SetPacing(Pacing pacing, std::size_t lead = CCablePacer::kDefaultLead,
                    std::chrono::nanoseconds catchUp = std::chrono::nanoseconds::zero())
     {
         m_pacing = pacing;
@@ -94,18 +94,18 @@ private:
     // most that long.
     bool RemoveHandedOverMessage(std::chrono::nanoseconds& wait);
     bool SendNextChunk(std::chrono::nanoseconds& wait);
-    void WaitAtMost(std::chrono::nanoseconds& wait, CablePacer::TimePoint until) const;
+    void WaitAtMost(std::chrono::nanoseconds& wait, CCablePacer::TimePoint until) const;
     CMidiBuffer* FindFreeBuffer();
 
     std::atomic<std::uint32_t> m_bufferDelay{10};
     std::atomic<std::uint32_t> m_sysexDelay{50};
     CAutoResetEvent m_sysexSent;
     Pacing m_pacing = Pacing::Auto;
-    std::size_t m_lead = CablePacer::kDefaultLead;
+    std::size_t m_lead = CCablePacer::kDefaultLead;
     std::chrono::nanoseconds m_catchUp{0};
-    CablePacer::Clock m_clock;
+    CCablePacer::Clock m_clock;
     std::atomic<bool> m_paced{false};
-    CablePacer m_pacer; // under the list lock
+    CCablePacer m_pacer; // under the list lock
     std::atomic<bool> m_failed{false};
     std::atomic<std::uint64_t> m_handedOver{0};
 };

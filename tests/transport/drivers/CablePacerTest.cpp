@@ -10,29 +10,29 @@ using namespace std::chrono_literals;
 // A clock that moves only when the test moves it.
 class SteppedClock {
 public:
-    CablePacer::Clock Clock()
+    CCablePacer::Clock Clock()
     {
         return [this] { return m_now; };
     }
     void Advance(std::chrono::nanoseconds by) { m_now += by; }
-    CablePacer::TimePoint Now() const { return m_now; }
+    CCablePacer::TimePoint Now() const { return m_now; }
 
 private:
-    CablePacer::TimePoint m_now = CablePacer::TimePoint{} + 1000s;
+    CCablePacer::TimePoint m_now = CCablePacer::TimePoint{} + 1000s;
 };
 
-constexpr auto kByte = CablePacer::kByteTime;
+constexpr auto kByte = CCablePacer::kByteTime;
 
 TEST(CablePacerTest, TheCableCarriesOneByteEvery320Microseconds)
 {
     EXPECT_EQ(kByte, 320us);
-    EXPECT_EQ(CablePacer::kByteTime * CablePacer::kBytesPerSecond, 1s);
+    EXPECT_EQ(CCablePacer::kByteTime * CCablePacer::kBytesPerSecond, 1s);
 }
 
 TEST(CablePacerTest, AGreedySenderNeverRunsAheadOfTheCablePlusTheLead)
 {
     SteppedClock clock;
-    CablePacer pacer(1024, clock.Clock());
+    CCablePacer pacer(1024, clock.Clock());
     const auto start = clock.Now();
     std::size_t handed = 0;
     // Ten seconds of a sender that hands over all it may, one byte time at
@@ -53,7 +53,7 @@ TEST(CablePacerTest, AGreedySenderNeverRunsAheadOfTheCablePlusTheLead)
 TEST(CablePacerTest, AllowanceGrowsByteByByteAsTheCableCarriesThem)
 {
     SteppedClock clock;
-    CablePacer pacer(1024, clock.Clock());
+    CCablePacer pacer(1024, clock.Clock());
     EXPECT_EQ(pacer.GetAllowance(), 1024u);
     pacer.Hand(1024);
     EXPECT_EQ(pacer.GetAllowance(), 0u);
@@ -69,7 +69,7 @@ TEST(CablePacerTest, AllowanceGrowsByteByByteAsTheCableCarriesThem)
 TEST(CablePacerTest, WhenAllowedAndDrainedAtAreWhenTheCableHasCarriedEnough)
 {
     SteppedClock clock;
-    CablePacer pacer(1024, clock.Clock());
+    CCablePacer pacer(1024, clock.Clock());
     EXPECT_EQ(pacer.WhenAllowed(256), clock.Now());
     EXPECT_TRUE(pacer.IsDrained());
 
@@ -89,7 +89,7 @@ TEST(CablePacerTest, WhenAllowedAndDrainedAtAreWhenTheCableHasCarriedEnough)
 TEST(CablePacerTest, AnIdleCableGivesNoCreditBeyondTheLead)
 {
     SteppedClock clock;
-    CablePacer pacer(1024, clock.Clock());
+    CCablePacer pacer(1024, clock.Clock());
     pacer.Hand(100);
     clock.Advance(60s);
     EXPECT_EQ(pacer.GetAllowance(), 1024u);
@@ -101,7 +101,7 @@ TEST(CablePacerTest, AnIdleCableGivesNoCreditBeyondTheLead)
 TEST(CablePacerTest, WithCatchUpASenderWokenLateMakesUpWithinASendButNotBeforeIt)
 {
     SteppedClock clock;
-    CablePacer pacer(32, clock.Clock(), 1s);
+    CCablePacer pacer(32, clock.Clock(), 1s);
     pacer.Restart();
     pacer.Hand(32);
     // Woken 100 ms late: what the cable would have carried meanwhile may go.
@@ -118,7 +118,7 @@ TEST(CablePacerTest, WithCatchUpASenderWokenLateMakesUpWithinASendButNotBeforeIt
 TEST(CablePacerTest, AsAReceiveBufferItKeepsWhatFitsAndDrainsAtCableSpeed)
 {
     SteppedClock clock;
-    CablePacer buffer(4096, clock.Clock());
+    CCablePacer buffer(4096, clock.Clock());
     EXPECT_EQ(buffer.Accept(5000), 4096u);
     EXPECT_EQ(buffer.Accept(1), 0u);
     clock.Advance(1s);

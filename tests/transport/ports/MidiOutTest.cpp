@@ -145,9 +145,9 @@ TEST_F(MidiOutTest, RefusedSendKeepsTheMessageAndTheCodeUntilTheNextWakeUp)
 // The pacer's clock, moved by the test; read from the worker as well.
 class SteppedClock {
 public:
-    CablePacer::Clock Clock()
+    CCablePacer::Clock Clock()
     {
-        return [this] { return CablePacer::TimePoint{} + std::chrono::nanoseconds(m_now.load()); };
+        return [this] { return CCablePacer::TimePoint{} + std::chrono::nanoseconds(m_now.load()); };
     }
     void Advance(std::chrono::nanoseconds by) { m_now += by.count(); }
 
@@ -194,27 +194,27 @@ TEST_F(PacedMidiOutTest, APortWithACableBehindItGetsNoMoreThanTheCableCarriesPlu
     OpenPaced(256);
     ASSERT_TRUE(paced.QueueSysex(MakeSysex(3000), false));
     // The clock stands still: the lead goes at once, then nothing.
-    ASSERT_TRUE(WaitUntil([&] { return Received() == CablePacer::kDefaultLead; }));
+    ASSERT_TRUE(WaitUntil([&] { return Received() == CCablePacer::kDefaultLead; }));
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    EXPECT_EQ(Received(), CablePacer::kDefaultLead);
+    EXPECT_EQ(Received(), CCablePacer::kDefaultLead);
 
     // One buffer's worth of cable time lets exactly one more buffer go.
-    clock.Advance(CablePacer::kByteTime * 256);
-    ASSERT_TRUE(WaitUntil([&] { return Received() == CablePacer::kDefaultLead + 256; }));
+    clock.Advance(CCablePacer::kByteTime * 256);
+    ASSERT_TRUE(WaitUntil([&] { return Received() == CCablePacer::kDefaultLead + 256; }));
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    EXPECT_EQ(Received(), CablePacer::kDefaultLead + 256);
+    EXPECT_EQ(Received(), CCablePacer::kDefaultLead + 256);
 
     // The cable keeps carrying: step by step the rest goes.
     while (Received() < 3000) {
         const std::size_t before = Received();
-        clock.Advance(CablePacer::kByteTime * 256);
+        clock.Advance(CCablePacer::kByteTime * 256);
         ASSERT_TRUE(WaitUntil([&] { return Received() > before; }));
     }
     // All handed over is not done: the message stays queued until its last
     // byte could have left the cable.
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     EXPECT_TRUE(IsQueued());
-    clock.Advance(CablePacer::kByteTime * CablePacer::kDefaultLead);
+    clock.Advance(CCablePacer::kByteTime * CCablePacer::kDefaultLead);
     EXPECT_TRUE(WaitUntil([&] { return !IsQueued(); }));
 }
 
@@ -225,10 +225,10 @@ TEST_F(PacedMidiOutTest, PiecesNeverExceedTheLeadHoweverLargeTheBuffers)
     RecordPieces();
     ASSERT_TRUE(paced.QueueSysex(MakeSysex(2000), false));
     ASSERT_TRUE(WaitUntil([&] { return Pieces().size() == 1; }));
-    clock.Advance(CablePacer::kByteTime * 2000);
+    clock.Advance(CCablePacer::kByteTime * 2000);
     ASSERT_TRUE(WaitUntil([&] { return Pieces().size() == 2; }));
-    EXPECT_EQ(Pieces()[0].size(), CablePacer::kDefaultLead);
-    EXPECT_EQ(Pieces()[1].size(), 2000 - CablePacer::kDefaultLead);
+    EXPECT_EQ(Pieces()[0].size(), CCablePacer::kDefaultLead);
+    EXPECT_EQ(Pieces()[1].size(), 2000 - CCablePacer::kDefaultLead);
 }
 
 TEST_F(MidiOutTest, OnlyASoftwareOnlyPortOrAnExplicitChoiceGoesUnpaced)

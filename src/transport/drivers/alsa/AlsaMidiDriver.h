@@ -21,7 +21,7 @@ struct AlsaPort;
 // driver's thread, or for Open, Close, Reset and AddBuffer from within that
 // call. Without a sequencer (no /dev/snd/seq) it lists no ports and
 // GetUnavailableReason says why; it tries again at the next listing.
-class AlsaMidiDriver : public BufferedMidiDriver {
+class AlsaMidiDriver : public CBufferedMidiDriver {
 public:
     explicit AlsaMidiDriver(std::string clientName = "Tarvix");
     ~AlsaMidiDriver() override;

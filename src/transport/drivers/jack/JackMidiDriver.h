@@ -26,7 +26,7 @@ struct JackPort;
 // says why; it tries again at the next listing. Callbacks come from the
 // driver's thread, or for Open, Close, Reset and AddBuffer from within
 // that call.
-class JackMidiDriver : public BufferedMidiDriver {
+class JackMidiDriver : public CBufferedMidiDriver {
 public:
     static constexpr std::size_t kMaxOpenPorts = 32;
 

@@ -77,7 +77,7 @@ private:
 // that moment; that thread then delivers them right after its own, in
 // order. So a single-threaded test sees every callback before the call it
 // made returns.
-class LoopbackMidiDriver : public BufferedMidiDriver {
+class LoopbackMidiDriver : public CBufferedMidiDriver {
 public:
     // The name is what GetName gives, e.g. to tell two apart in a service.
     explicit LoopbackMidiDriver(std::string name = "Loopback");
