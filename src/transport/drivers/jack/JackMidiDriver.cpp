@@ -43,9 +43,11 @@ struct JackPort : BufferedMidiPort {
     // moved, or all at once by Reset).
     std::uint64_t m_pushed = 0;
     std::uint64_t m_accounted = 0;
-    // Output connected to another client's port: sending stops when that
-    // connection goes (the port or its client went away).
-    bool m_connected = false;
+    // Output connected to another client's port (by name; empty for a
+    // port of our own): bytes wait until the connection shows, and sending
+    // stops when that port goes away or the connection is removed.
+    std::string m_remote;
+    bool m_linkSeen = false;
 };
 
 JackMidiDriver::JackMidiDriver(std::string clientName, std::string serverName)
@@ -270,7 +272,9 @@ MidiResult JackMidiDriver::OpenPort(MidiDirection direction, const std::string& 
             return kMidiBadDeviceId; // gone since it was listed
         }
     }
-    port->m_connected = remote != nullptr && !input;
+    if (remote != nullptr && !input) {
+        port->m_remote = *remote;
+    }
     handle = port.get();
     m_ports.Insert(std::move(port));
     return kMidiNoError;
@@ -374,16 +378,28 @@ void JackMidiDriver::Pump()
             m_ports.Fail(port, "The JACK server has shut down.");
             continue;
         }
-        if (port.m_connected && !port.m_output.empty() &&
-            jack_port_connected(port.m_rt->GetPort()) == 0) {
-            // Bytes to a port with no connection vanish without an error.
-            m_ports.Fail(port, "The port it was connected to is gone.");
-            continue;
+        if (!port.m_remote.empty() && !port.m_output.empty() && !IsLinked(port)) {
+            continue; // not yet: bytes to a port with no connection vanish
         }
         if (!port.m_rt->IsFlushing()) {
             PushOutput(port);
         }
     }
+}
+
+bool JackMidiDriver::IsLinked(JackPort& port)
+{
+    // jack_connect returns before the connection shows on our port.
+    if (jack_port_connected(port.m_rt->GetPort()) > 0) {
+        port.m_linkSeen = true;
+        return true;
+    }
+    if (jack_port_by_name(m_client, port.m_remote.c_str()) == nullptr) {
+        m_ports.Fail(port, "The port it was connected to is gone.");
+    } else if (port.m_linkSeen) {
+        m_ports.Fail(port, "The connection to the port was removed.");
+    }
+    return false;
 }
 
 void JackMidiDriver::Run()

@@ -69,6 +69,9 @@ private:
     void Unpublish(std::size_t slot);
     void Pump();
     void PushOutput(JackPort& port);
+    // Output: the connection to the remote port is there; fails the port
+    // when it is gone for good.
+    bool IsLinked(JackPort& port);
     void Account(JackPort& port, std::uint64_t bytes);
 
     void Run();
