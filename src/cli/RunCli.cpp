@@ -1,5 +1,6 @@
 #include "cli/CliCommand.h"
 #include "cli/CliSupport.h"
+#include "version/Version.h"
 
 #include <algorithm>
 #include <cstring>
@@ -35,7 +36,9 @@ void PrintOverview(std::FILE* out)
                out);
     for (const auto& command : AllCommands())
         std::fprintf(out, "  %-10s %s\n", command->Name(), command->Summary());
-    std::fputs("\nRun 'tarvix-cli COMMAND --help' for a command's arguments.\n", out);
+    std::fputs("\nRun 'tarvix-cli COMMAND --help' for a command's arguments,\n"
+               "'tarvix-cli --version' for the version.\n",
+               out);
 }
 
 bool IsOptionWord(const std::string& word)
@@ -87,6 +90,10 @@ int RunCli(std::span<const std::string> words, const CliOutput& output)
     }
     if (words[0] == "--help" || words[0] == "-h" || words[0] == "help") {
         PrintOverview(output.out);
+        return kExitSuccess;
+    }
+    if (words[0] == "--version") {
+        std::fprintf(output.out, "tarvix-cli %s\n", kVersionText);
         return kExitSuccess;
     }
     for (const auto& command : AllCommands())
