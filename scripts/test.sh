@@ -2,8 +2,8 @@
 # Sets up, builds from nothing and runs every test: the unit and end-to-end
 # tests, the same without the editor (no Qt Widgets), the tests under
 # AddressSanitizer and UndefinedBehaviorSanitizer, the threaded transport
-# tests under ThreadSanitizer, and each fuzz target for a bounded time
-# (FUZZ_SECONDS, default 60).
+# tests under ThreadSanitizer, each fuzz target for a bounded time
+# (FUZZ_SECONDS, default 60), and the Debian package, installed and run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -42,3 +42,8 @@ ctest --preset tsan
 
 echo "== fuzz"
 scripts/fuzz.sh "${FUZZ_SECONDS:-60}"
+
+# Last, because it installs the package into the system: the earlier steps
+# test the built programs, never installed ones. A second run reinstalls.
+echo "== package: build, check, install and run the Debian package"
+scripts/package.sh --install

@@ -11,7 +11,7 @@ inline constexpr const char* kProductName = "Tarvix";
 inline constexpr const char* kApplicationName = "Tarvix";
 inline constexpr unsigned kBuildNumber = kVersionPatch;
 inline constexpr const char* kLegalCopyright = "Copyright \xC2\xA9 2024 Quillon";
-inline constexpr const char* kWebPage = "https://quillon.example/tarvix";
+inline constexpr const char* kWebPage = kHomepageUrl;
 inline constexpr const char* kMailAddress = "tarvix@quillon.example";
 
 } // namespace tarvix
