@@ -32,6 +32,7 @@ int main(int argc, char* argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QString::fromLatin1(tarvix::kApplicationName));
     QApplication::setOrganizationName(QString::fromLatin1(tarvix::CSettingsKey::kVendorName));
+    QApplication::setDesktopFileName(QString::fromLatin1(tarvix::kDesktopFileName));
 
     QStringList arguments = QApplication::arguments();
     arguments.removeFirst();
