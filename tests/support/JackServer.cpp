@@ -31,6 +31,9 @@ std::string FindJackd()
 }
 
 constexpr int kNames = 8;
+// Longer than any stall of a loaded machine, short enough that a client
+// that died in its callback does not hold the server for long.
+constexpr const char* kClientTimeoutMs = "10000";
 constexpr auto kSettleTime = std::chrono::milliseconds(100);
 // jackd unregisters itself on SIGTERM; killed, it would keep its place.
 constexpr auto kStopGrace = std::chrono::seconds(15);
@@ -99,8 +102,18 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
         dup2(null, STDIN_FILENO);
         dup2(null, STDOUT_FILENO);
         dup2(null, STDERR_FILENO);
-        execl(jackd.c_str(), "jackd", "--no-realtime", "-n", name.c_str(), "-d", "dummy",
-              static_cast<char*>(nullptr));
+        // Synchronous (-S), with a client allowed kClientTimeoutMs to finish
+        // its period (-t). By default jackd2 gives a client two periods
+        // (about 43 ms) and does not wait for it at all: when the next cycle
+        // starts with the graph unfinished it re-arms the graph and runs the
+        // clients again while the late one is still in its callback. A
+        // client reading a connected port then reads the buffer the late
+        // writer is clearing and refilling, and MIDI events vanish or come
+        // out mixed: on a loaded test machine, where no client runs in real
+        // time, that happens at random. In sync mode a late client only
+        // makes the period longer.
+        execl(jackd.c_str(), "jackd", "--no-realtime", "-S", "-t", kClientTimeoutMs, "-n",
+              name.c_str(), "-d", "dummy", static_cast<char*>(nullptr));
         _exit(127);
     }
     setpgid(m_pid, m_pid); // also from here, so the group exists before any kill
