@@ -7,7 +7,9 @@
 
 #include <cerrno>
 #include <csignal>
+#ifndef _WIN32
 #include <sys/resource.h>
+#endif
 
 namespace tarvix {
 namespace {
@@ -42,8 +44,7 @@ TEST(FileReplacerTest, MissingFolderFailsWithTheSystemText)
     const std::string path = dir.File("gone/song.syx");
     std::string error;
     EXPECT_FALSE(Replace(path, "data", error));
-    EXPECT_EQ(error.rfind("Can't write file \"" + path + "\": ", 0), 0u) << error;
-    EXPECT_TRUE(error.ends_with(std::string("\": ") + std::strerror(ENOENT) + "\n")) << error;
+    EXPECT_EQ(error, FileMessage("write", path, testing::expected::kMissingFolder));
     EXPECT_TRUE(FolderEntries(dir.Path()).empty());
 }
 
@@ -55,11 +56,13 @@ TEST(FileReplacerTest, FailedRenameKeepsTheTarget)
     testing::WriteAllBytes(dir.File("folder/inside"), {1, 2});
     std::string error;
     EXPECT_FALSE(Replace(path, "data", error));
-    EXPECT_EQ(error, FileMessage("write", path, EISDIR));
+    EXPECT_EQ(error, FileMessage("write", path, testing::expected::kFolderAsFile));
     EXPECT_EQ(FolderEntries(dir.Path()), std::set<std::string>{"folder"});
     EXPECT_EQ(testing::ReadAllBytes(dir.File("folder/inside")), (Bytes{1, 2}));
 }
 
+#ifndef _WIN32
+// Windows has no per-process file size limit to make a write fail part way.
 TEST(FileReplacerTest, FailedWriteKeepsTheOldFileByteForByte)
 {
     testing::TempDir dir;
@@ -85,6 +88,7 @@ TEST(FileReplacerTest, FailedWriteKeepsTheOldFileByteForByte)
     EXPECT_EQ(testing::ReadAllBytes(path), old);
     EXPECT_EQ(FolderEntries(dir.Path()), std::set<std::string>{"song.syx"});
 }
+#endif
 
 } // namespace
 } // namespace tarvix

@@ -1,7 +1,9 @@
 // Exported parts come back through the import event for event, and an
 // outside reader (mido) sees the files as we meant them.
 #include "ExportTestSupport.h"
+#ifndef _WIN32
 #include "MidoPeer.h"
+#endif
 
 #include "model/EventBuilders.h"
 #include "model/Mmt8Memory.h"
@@ -249,6 +251,10 @@ TEST(MidiExportRoundTripTest, NamesAndLengthsComeBackAsTheImportMeasuresThem)
     EXPECT_EQ(back.Part(4).name, "SILENCE");
 }
 
+#ifndef _WIN32
+// mido runs on the build machine's Python, which the Windows build's tests
+// cannot start.
+
 // mido's reading of a file we wrote, event for event and as a sequencer's
 // notes (each note-off ending the earliest open note of its key).
 struct MidoView {
@@ -313,6 +319,8 @@ TEST(MidiExportRoundTripTest, MidoReadsEveryExportAsMeant)
         }
     }
 }
+
+#endif
 
 } // namespace
 } // namespace tarvix::testing
