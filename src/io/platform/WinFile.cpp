@@ -3,6 +3,7 @@
 #include "io/platform/WideText.h"
 
 #include <limits>
+#include <string_view>
 
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
@@ -227,15 +228,10 @@ bool ReplaceFile(const std::string& source, const std::string& target, ErrorCode
         return false;
     }
     // ReplaceFileW keeps the target's owner and access rights on the new
-    // bytes, as a save over an existing file should; its attributes are set
-    // again afterwards because not every implementation (wine's) carries
-    // them. A first save has no target and moves the new file into place.
+    // bytes, as a save over an existing file should. A first save has no
+    // target and moves the new file into place.
     if (::ReplaceFileW(to.c_str(), from.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
                        nullptr, nullptr)) {
-        constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
-                                FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
-        if ((targetAttributes & kKept) != 0)
-            ::SetFileAttributesW(to.c_str(), targetAttributes & kKept);
         error = 0;
         return true;
     }
@@ -255,6 +251,80 @@ bool ReplaceFile(const std::string& source, const std::string& target, ErrorCode
 bool RemoveFile(const std::string& path)
 {
     return ::DeleteFileW(WideText(path).c_str()) != FALSE;
+}
+
+bool SetFileSize(FileHandle handle, std::uint64_t size, ErrorCode& error)
+{
+    LARGE_INTEGER end{};
+    end.QuadPart = static_cast<LONGLONG>(size);
+    if (!::SetFilePointerEx(Native(handle), end, nullptr, FILE_BEGIN) ||
+        !::SetEndOfFile(Native(handle))) {
+        error = ::GetLastError();
+        return false;
+    }
+    error = 0;
+    return true;
+}
+
+std::string ResolveFinalPath(const std::string& path)
+{
+    const std::wstring wide = WideText(path);
+    const DWORD attributes = ::GetFileAttributesW(wide.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
+        return path;
+    // The system follows the whole chain of links when it opens the file; a
+    // link to a missing file stays as it is.
+    const HANDLE file = ::CreateFileW(wide.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE |
+                                      FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return path;
+    std::wstring final(MAX_PATH, L'\0');
+    DWORD length = ::GetFinalPathNameByHandleW(file, final.data(),
+                                               static_cast<DWORD>(final.size()), 0);
+    if (length >= final.size()) {
+        final.resize(length);
+        length = ::GetFinalPathNameByHandleW(file, final.data(),
+                                             static_cast<DWORD>(final.size()), 0);
+    }
+    ::CloseHandle(file);
+    if (length == 0 || length >= final.size())
+        return path;
+    final.resize(length);
+    // The answer has the long-path prefix, which the program's messages do
+    // not show: "\\?\C:\x" is "C:\x", "\\?\UNC\server\x" is "\\server\x".
+    constexpr std::wstring_view kPrefix = L"\\\\?\\";
+    constexpr std::wstring_view kNetworkPrefix = L"\\\\?\\UNC\\";
+    if (std::wstring_view(final).starts_with(kNetworkPrefix))
+        final.replace(0, kNetworkPrefix.size(), L"\\\\");
+    else if (std::wstring_view(final).starts_with(kPrefix))
+        final.erase(0, kPrefix.size());
+    return NarrowText(final);
+}
+
+bool FileExists(const std::string& path)
+{
+    return ::GetFileAttributesW(WideText(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+void CopyFileAttributes(const std::string& model, FileHandle handle)
+{
+    // Owner and access rights come with ReplaceFileW; the attributes a user
+    // sets (hidden, archive, ...) are given to the new file here, because
+    // not every ReplaceFileW (wine's) carries them over.
+    constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
+                            FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+    const DWORD attributes = ::GetFileAttributesW(WideText(model).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & kKept) == 0)
+        return;
+    FILE_BASIC_INFO info{};
+    info.FileAttributes = attributes & kKept;
+    ::SetFileInformationByHandle(Native(handle), FileBasicInfo, &info, sizeof info);
+}
+
+bool IsFolderRefusal(ErrorCode code)
+{
+    return code == ERROR_ACCESS_DENIED;
 }
 
 } // namespace tarvix::platform
