@@ -15,6 +15,11 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
+# pkg-config looks only at the cross-compiled packages, never the host's
+# (the host's ALSA and JACK are no use to a Windows program).
+set(ENV{PKG_CONFIG_LIBDIR} /usr/${TARVIX_MINGW_PREFIX}/lib/pkgconfig)
+set(ENV{PKG_CONFIG_PATH} "")
+
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 # MinGW's own C99 printf family, so that %zu and %lld mean what they mean
 # elsewhere. GCC's format check would judge the formats by the older
