@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Sets up, builds from nothing and runs every test: the unit and end-to-end
-# tests, the same tests under AddressSanitizer and UndefinedBehaviorSanitizer,
-# the threaded transport tests under ThreadSanitizer, and each fuzz target for
-# a bounded time (FUZZ_SECONDS, default 60).
+# tests, the Windows cross-build's tests under wine, the same tests under
+# AddressSanitizer and UndefinedBehaviorSanitizer, the threaded transport
+# tests under ThreadSanitizer, and each fuzz target for a bounded time
+# (FUZZ_SECONDS, default 60).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -12,6 +13,9 @@ echo "== build and test (default)"
 cmake --preset default
 cmake --build --preset default
 ctest --preset default
+
+echo "== build and test (windows: MinGW-w64 cross-build, tests under wine)"
+scripts/windows.sh
 
 echo "== build and test (asan: AddressSanitizer + UndefinedBehaviorSanitizer)"
 cmake --preset asan

@@ -5,7 +5,11 @@
 # to the point where they need Qt. Ends with CTest's summary line.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+started=$SECONDS
 
+# The native build's packages: its tarvix-cli is what the Windows one is
+# compared with.
+scripts/setup.sh
 packages=(
     g++-mingw-w64-x86-64-posix   # the cross compiler, posix threads
     googletest                   # GoogleTest sources, built with that compiler
@@ -26,6 +30,10 @@ if [ ${#missing[@]} -gt 0 ]; then
     "${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
 fi
 
+echo "== build (native tarvix-cli and demo maker, to compare with)"
+cmake --preset default >/dev/null
+cmake --build --preset default --target tarvix-cli tarvix-make-demo
+
 echo "== build (windows: MinGW-w64)"
 cmake --preset windows
 cmake --build --preset windows
@@ -42,7 +50,8 @@ if [ ! -f "$WINEPREFIX/system.reg" ]; then
     wineboot -i </dev/null >/dev/null 2>&1 || true
     wineserver -w
 fi
-wineserver -p </dev/null >/dev/null 2>&1
+# (A server of this prefix that is already running is used as it is.)
+wineserver -p </dev/null >/dev/null 2>&1 || true
 trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
 wine cmd /c exit </dev/null >/dev/null 2>&1 || true
 
@@ -51,6 +60,11 @@ wine cmd /c exit </dev/null >/dev/null 2>&1 || true
 # find_package(Qt6 ...) of the editor's folders: nothing before Qt refuses
 # Windows.
 echo "== the editor configures for Windows up to Qt"
+posix_includes='#include <(unistd|fcntl|pthread|signal|dlfcn|poll|spawn|termios|pwd|grp|sys/[a-z_]+)\.h>|#include <csignal>'
+if grep -rnE "$posix_includes" src/ui src/app src/framework; then
+    echo "windows: the editor's sources above use POSIX headers; they must build with Qt alone" >&2
+    exit 1
+fi
 gui_log=build/windows-gui/configure.log
 mkdir -p build/windows-gui
 if cmake -S . -B build/windows-gui -G Ninja \
@@ -73,4 +87,8 @@ fi
 echo "windows: configure reached $error_file:$error_line, $(sed -n "${error_line}p" "$error_file" | xargs)"
 
 echo "== test (windows, under wine)"
-ctest --preset windows 2>&1 | tee build/windows/ctest.log
+status=0
+ctest --preset windows 2>&1 | tee build/windows/ctest.log || status=$?
+echo "windows: $((SECONDS - started)) s in all"
+grep -E '^[0-9]+% tests passed' build/windows/ctest.log | tail -n 1
+exit "$status"
