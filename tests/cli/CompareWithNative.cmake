@@ -17,19 +17,35 @@ endif()
 # run in, which means the same file on both sides.
 set(runs "memory demo.syx" "parts demo.syx" "songs demo.syx" "list demo.syx 0 1"
          "steps demo.syx 0" "list demo.syx 7 9")
+# The outputs go to files and are compared as bytes: execute_process would
+# turn CR LF into LF in a variable and hide the very difference that
+# matters here.
+set(index 0)
 foreach(run IN LISTS runs)
+    math(EXPR index "${index} + 1")
     separate_arguments(words UNIX_COMMAND "${run}")
-    execute_process(COMMAND "${NATIVE_CLI}" ${words} WORKING_DIRECTORY "${WORK}"
-        OUTPUT_VARIABLE native_out ERROR_VARIABLE native_err RESULT_VARIABLE native_code)
-    execute_process(COMMAND "${EMULATOR}" "${CLI}" ${words} WORKING_DIRECTORY "${WORK}"
-        OUTPUT_VARIABLE cross_out ERROR_VARIABLE cross_err RESULT_VARIABLE cross_code)
-    string(LENGTH "${native_out}" native_length)
-    if(NOT native_out STREQUAL cross_out OR NOT native_err STREQUAL cross_err
-            OR NOT native_code STREQUAL cross_code)
-        file(WRITE "${WORK}/native.txt" "${native_out}${native_err}")
-        file(WRITE "${WORK}/cross.txt" "${cross_out}${cross_err}")
-        message(FATAL_ERROR "tarvix-cli ${run}: the builds differ (exit ${native_code} and "
-                            "${cross_code}); see ${WORK}/native.txt and cross.txt")
+    foreach(side native cross)
+        if(side STREQUAL "native")
+            set(command "${NATIVE_CLI}" ${words})
+        else()
+            set(command "${EMULATOR}" "${CLI}" ${words})
+        endif()
+        execute_process(COMMAND ${command} WORKING_DIRECTORY "${WORK}"
+            OUTPUT_FILE "${WORK}/${index}.${side}.out" ERROR_FILE "${WORK}/${index}.${side}.err"
+            RESULT_VARIABLE ${side}_code)
+    endforeach()
+    foreach(stream out err)
+        execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files
+            "${WORK}/${index}.native.${stream}" "${WORK}/${index}.cross.${stream}"
+            RESULT_VARIABLE differ)
+        if(NOT differ EQUAL 0)
+            message(FATAL_ERROR "tarvix-cli ${run}: the builds' std${stream} differ; see "
+                                "${WORK}/${index}.native.${stream} and ${index}.cross.${stream}")
+        endif()
+    endforeach()
+    if(NOT native_code STREQUAL cross_code)
+        message(FATAL_ERROR "tarvix-cli ${run}: exit ${native_code} natively, ${cross_code} cross-built")
     endif()
-    message(STATUS "tarvix-cli ${run}: same ${native_length} bytes, exit ${native_code}")
+    file(SIZE "${WORK}/${index}.native.out" size)
+    message(STATUS "tarvix-cli ${run}: same ${size} bytes, exit ${native_code}")
 endforeach()
