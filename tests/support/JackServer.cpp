@@ -31,9 +31,12 @@ std::string FindJackd()
 }
 
 constexpr int kNames = 8;
-// Longer than any stall of a loaded machine, short enough that a client
-// that died in its callback does not hold the server for long.
-constexpr const char* kClientTimeoutMs = "10000";
+// The server waits up to ten times this for a late client before it
+// moves on: longer than the stalls of a loaded machine, short enough
+// that a client killed in its callback (the tests kill the simulated
+// device mid-transfer) holds the server only briefly each cycle until
+// jackd has removed it.
+constexpr const char* kClientTimeoutMs = "200";
 constexpr auto kSettleTime = std::chrono::milliseconds(100);
 // jackd unregisters itself on SIGTERM; killed, it would keep its place.
 constexpr auto kStopGrace = std::chrono::seconds(15);
@@ -102,8 +105,8 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
         dup2(null, STDIN_FILENO);
         dup2(null, STDOUT_FILENO);
         dup2(null, STDERR_FILENO);
-        // Synchronous (-S), with a client allowed kClientTimeoutMs to finish
-        // its period (-t). By default jackd2 gives a client two periods
+        // Synchronous (-S), with a client allowed ten times kClientTimeoutMs
+        // to finish its period (-t). By default jackd2 gives a client two periods
         // (about 43 ms) and does not wait for it at all: when the next cycle
         // starts with the graph unfinished it re-arms the graph and runs the
         // clients again while the late one is still in its callback. A
