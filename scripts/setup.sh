@@ -14,6 +14,7 @@ packages=(
     libasound2-dev libjack-jackd2-dev pkg-config  # ALSA and JACK MIDI backends
     jackd2                           # a real JACK server for the MIDI driver and e2e tests
     xvfb xauth xdotool imagemagick   # scripts/screenshot.sh: the editor on a virtual screen
+    qemu-system-x86 busybox-static   # scripts/alsa-vm.sh: a VM with a real ALSA sequencer
 )
 
 missing=()
