@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets up, builds from nothing and runs every test: the unit and end-to-end
-# tests, the same tests under AddressSanitizer and UndefinedBehaviorSanitizer,
+# tests, the ALSA tests in a small VM with a real kernel sequencer, the same
+# tests under AddressSanitizer and UndefinedBehaviorSanitizer,
 # the threaded transport tests under ThreadSanitizer, and each fuzz target for
 # a bounded time (FUZZ_SECONDS, default 60).
 set -euo pipefail
@@ -12,6 +13,12 @@ echo "== build and test (default)"
 cmake --preset default
 cmake --build --preset default
 ctest --preset default
+
+# The tests labelled alsa need a kernel sequencer with virtual MIDI cards;
+# they run on the default build's binaries in a VM, and fail the run if the
+# VM cannot start.
+echo "== ALSA tests in a VM (the default build)"
+scripts/alsa-vm.sh build/default
 
 echo "== build and test (asan: AddressSanitizer + UndefinedBehaviorSanitizer)"
 cmake --preset asan
