@@ -28,7 +28,9 @@ shift || true
 timeout_seconds=${TARVIX_VM_TIMEOUT:-900}
 if [ $# -gt 0 ]; then
     guest_command=$(printf '%q ' "$@")
+    what="the command in the VM"
 else
+    what="the tests in the VM"
     guest_command="ctest --test-dir $(printf '%q' "$build") -L alsa --no-tests=error --output-on-failure --timeout 300"
 fi
 
@@ -47,10 +49,34 @@ if [ ! -x "$busybox" ] || ldd "$busybox" >/dev/null 2>&1; then
 fi
 [ -f "$build/CTestTestfile.cmake" ] || fail "$build has no tests; build it first"
 
-# The kernel apt would install now: linux-image-amd64 names it.
-image=$(apt-cache depends linux-image-amd64 2>/dev/null |
-    sed -n 's/^ *Depends: \(linux-image-[0-9].*-amd64\)$/\1/p' | head -n 1)
-[ -n "$image" ] || fail "apt knows no linux-image-amd64 (run apt-get update)"
+# Modules the guest loads, in this order; modprobe adds what each needs.
+wanted=(virtio_pci 9pnet_virtio 9p overlay snd-seq-dummy snd-virmidi)
+
+# The files of the wanted modules and of those they need, under MODULES.
+needed_modules() {
+    local module line
+    for module in "${wanted[@]}"; do
+        line=$(grep -E "/${module//[-_]/[-_]}\.ko(\.[a-z]+)?:" "$1/modules.dep") ||
+            fail "the kernel has no module $module"
+        printf '%s\n' ${line/:/}
+    done | sort -u
+}
+
+# The kernel apt would install now: linux-image-amd64 names it. Lists that
+# are missing or out of date are fetched once.
+kernel_package() {
+    apt-cache depends linux-image-amd64 2>/dev/null |
+        sed -n 's/^ *Depends: \(linux-image-[0-9].*-amd64\)$/\1/p' | head -n 1
+}
+download_kernel() { # PACKAGE
+    (cd "$cache/download" && apt-get download -q "$1") >"$cache/download.log" 2>&1
+}
+image=$(kernel_package)
+if [ -z "$image" ]; then
+    apt-get update -q >/dev/null 2>&1 || true
+    image=$(kernel_package)
+fi
+[ -n "$image" ] || fail "apt knows no linux-image-amd64 (apt-get update did not help)"
 version=${image#linux-image-}
 kernel_root="$cache/$version"
 modules="$kernel_root/lib/modules/$version"
@@ -62,19 +88,23 @@ if [ ! -f "$modules/modules.dep" ]; then
     mkdir -p "$cache/download"
     # apt warns that its sandbox user cannot write into the build folder;
     # that is harmless, so its output is shown only when it fails.
-    (cd "$cache/download" && apt-get download -q "${image}-unsigned") >"$cache/download.log" 2>&1 || {
-        cat "$cache/download.log" >&2
-        fail "apt-get download ${image}-unsigned failed"
-    }
+    if ! download_kernel "${image}-unsigned"; then
+        apt-get update -q >/dev/null 2>&1 || true
+        download_kernel "${image}-unsigned" || {
+            cat "$cache/download.log" >&2
+            fail "apt-get download ${image}-unsigned failed"
+        }
+    fi
     dpkg-deb -x "$cache/download"/*.deb "$kernel_root.partial"
     rm -rf "$cache/download"
     "$busybox" depmod -b "$kernel_root.partial" "$version" ||
         fail "depmod failed on the unpacked kernel"
+    # Of some 400 MB of modules, a few hundred KB are kept.
+    partial_modules="$kernel_root.partial/lib/modules/$version"
+    needed_modules "$partial_modules" >"$cache/needed"
+    (cd "$partial_modules" && find kernel -name '*.ko*' | grep -vxF -f "$cache/needed" | xargs rm -f)
     mv "$kernel_root.partial" "$kernel_root"
 fi
-
-# Modules the guest loads, in this order; modprobe adds what each needs.
-wanted=(virtio_pci 9pnet_virtio 9p overlay snd-seq-dummy snd-virmidi)
 
 # The initramfs: busybox, those modules with what they depend on, and init.
 initrd_root="$cache/initrd"
@@ -82,15 +112,8 @@ rm -rf "$initrd_root"
 mkdir -p "$initrd_root"/{bin,dev,proc,sys,mnt,newroot,lib/modules/"$version"}
 cp "$busybox" "$initrd_root/bin/busybox"
 cp "$modules/modules.dep" "$modules/modules.alias" "$initrd_root/lib/modules/$version/"
-needed=()
-for module in "${wanted[@]}"; do
-    line=$(grep -E "/${module//[-_]/[-_]}\.ko(\.[a-z]+)?:" "$modules/modules.dep") ||
-        fail "the kernel has no module $module"
-    for file in ${line/:/}; do
-        needed+=("$file")
-    done
-done
-for file in $(printf '%s\n' "${needed[@]}" | sort -u); do
+needed_modules "$modules" >"$cache/needed"
+for file in $(cat "$cache/needed"); do
     mkdir -p "$initrd_root/lib/modules/$version/$(dirname "$file")"
     cp "$modules/$file" "$initrd_root/lib/modules/$version/$file"
 done
@@ -158,7 +181,7 @@ if [ -z "$result" ]; then
     fail "the VM stopped without reporting a result (QEMU status $status; console: $log)"
 fi
 if [ "$result" -ne 0 ]; then
-    echo "== alsa-vm: the tests in the VM FAILED (exit $result) after $elapsed s" >&2
+    echo "== alsa-vm: $what FAILED (exit $result) after $elapsed s" >&2
     exit 1
 fi
-echo "== alsa-vm: the tests in the VM passed; boot and tests took $elapsed s"
+echo "== alsa-vm: $what passed; boot and run took $elapsed s"
