@@ -48,6 +48,10 @@ if [ ! -x "$busybox" ] || ldd "$busybox" >/dev/null 2>&1; then
     fail "$busybox is missing or not static (scripts/setup.sh installs busybox-static)"
 fi
 [ -f "$build/CTestTestfile.cmake" ] || fail "$build has no tests; build it first"
+case $build in
+"$repo"/*) ;;
+*) fail "$build is outside $repo, the only folder the VM shares" ;;
+esac
 
 # Modules the guest loads, in this order; modprobe adds what each needs.
 wanted=(virtio_pci 9pnet_virtio 9p overlay snd-seq-dummy snd-virmidi)
