@@ -160,9 +160,14 @@ int main(int argc, char** argv)
     if (fd < 0) {
         Fail("cannot open " + options.device + ": " + std::strerror(errno));
     }
+    // snd-virmidi passes bytes on to a raw device only once it is read
+    // (or polled); so it is, before anyone is told to send.
+    CableInput input(options.buffer);
+    if (!ReadAvailable(fd, input)) {
+        Fail(options.device + " is gone");
+    }
     Say("Opened " + options.device);
 
-    CableInput input(options.buffer);
     CableOutput output;
     bool commandsOpen = true;
     std::string command;
