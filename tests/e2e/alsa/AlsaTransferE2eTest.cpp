@@ -46,6 +46,38 @@ int VirmidiCard()
     return -1;
 }
 
+// Unplugs the virtual card as a USB interface is pulled out: its platform
+// device leaves its driver, the card and its sequencer client go. Plugged
+// back in at the end, so the tests after find it again.
+class CardUnplug {
+public:
+    explicit CardUnplug(int card)
+    {
+        const std::string link = "/sys/class/sound/card" + std::to_string(card) + "/device";
+        std::error_code error;
+        m_device = std::filesystem::read_symlink(link, error).filename().string();
+    }
+    ~CardUnplug()
+    {
+        if (m_unplugged)
+            Write("bind");
+    }
+    CardUnplug(const CardUnplug&) = delete;
+    CardUnplug& operator=(const CardUnplug&) = delete;
+
+    bool Unplug() { return m_unplugged = Write("unbind"); }
+
+private:
+    bool Write(const std::string& what) const
+    {
+        std::ofstream file("/sys/bus/platform/drivers/snd_virmidi/" + what);
+        file << m_device << std::flush;
+        return !m_device.empty() && file.good();
+    }
+    std::string m_device;
+    bool m_unplugged = false;
+};
+
 // "Received N bytes, lost M bytes" from the stand-in's output.
 struct Report {
     long received = -1;
@@ -70,6 +102,7 @@ protected:
         const int card = VirmidiCard();
         ASSERT_GE(card, 0) << "snd-virmidi is not loaded; scripts/alsa-vm.sh runs these tests "
                               "in a VM that has it";
+        m_card = card;
         const std::string number = std::to_string(card);
         rawDevice = "/dev/snd/midiC" + number + "D0";
         client = "Virtual Raw MIDI " + number + "-0";
@@ -113,9 +146,14 @@ protected:
         return device;
     }
 
+    int Card() const { return m_card; }
+
     std::string rawDevice;
     std::string client;
     std::string port;
+
+private:
+    int m_card = -1;
 };
 
 TEST_F(AlsaTransferTest, PortsListsTheSequencersPortsByClientAndPortName)
@@ -263,6 +301,41 @@ TEST_F(AlsaTransferTest, APortThatVanishesMidSendEndsItWithAMessage)
     EXPECT_FALSE(exit.timedOut);
     EXPECT_EQ(exit.code, 1) << send->Describe();
     EXPECT_NE(send->ReadErr().find("Port \"" + kSimulatedIn + "\" is gone"), std::string::npos)
+        << send->ReadErr();
+}
+
+TEST_F(AlsaTransferTest, AnInterfaceUnpluggedMidReceiveEndsItWithAMessage)
+{
+    const auto device = StartStandIn({"--memory", WriteFile("full.syx", FullDump())});
+    const auto receive = StartReceive(port, "got.syx");
+    CardUnplug card(Card());
+
+    device->WriteInput("send\n");
+    ASSERT_TRUE(receive->WaitForOutput("Receiving Alesis MMT8", kShowLimit, true))
+        << receive->Describe();
+    ASSERT_TRUE(card.Unplug());
+    const auto exit = receive->Wait(kRunLimit);
+
+    EXPECT_FALSE(exit.timedOut);
+    EXPECT_EQ(exit.code, 1) << receive->Describe();
+    EXPECT_NE(receive->ReadErr().find("Port \"" + port + "\" is gone"), std::string::npos)
+        << receive->ReadErr();
+    EXPECT_TRUE(NothingWritten("got.syx"));
+}
+
+TEST_F(AlsaTransferTest, AnInterfaceUnpluggedMidSendEndsItWithAMessage)
+{
+    const auto device = StartStandIn({"--received", folder.File("device-got.syx")});
+    CardUnplug card(Card());
+    const auto send = StartCli({"send", WriteFile("full.syx", FullDump()), "--port", port}, "send");
+
+    ASSERT_TRUE(send->WaitForOutput("Sending", kShowLimit, true)) << send->Describe();
+    ASSERT_TRUE(card.Unplug());
+    const auto exit = send->Wait(kRunLimit);
+
+    EXPECT_FALSE(exit.timedOut);
+    EXPECT_EQ(exit.code, 1) << send->Describe();
+    EXPECT_NE(send->ReadErr().find("Port \"" + port + "\" is gone"), std::string::npos)
         << send->ReadErr();
 }
 
