@@ -13,8 +13,8 @@ void CliTest::SetUp()
 std::unique_ptr<ChildProcess> CliTest::StartProgram(const Words& command, const std::string& name)
 {
     auto process = std::make_unique<ChildProcess>();
-    const bool started =
-        process->Start(command, environment, folder.File(name + ".out"), folder.File(name + ".err"));
+    const bool started = process->Start(command, environment, folder.File(name + ".out"),
+                                        folder.File(name + ".err"));
     EXPECT_TRUE(started) << "could not start " << command.front();
     return process;
 }
@@ -37,7 +37,8 @@ CliTest::Run CliTest::RunCli(const Words& words)
     return run;
 }
 
-std::string CliTest::WriteFile(const std::string& name, const std::vector<std::uint8_t>& bytes) const
+std::string CliTest::WriteFile(const std::string& name,
+                               const std::vector<std::uint8_t>& bytes) const
 {
     const std::string path = folder.File(name);
     WriteAllBytes(path, bytes);

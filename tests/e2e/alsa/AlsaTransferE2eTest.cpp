@@ -178,8 +178,8 @@ TEST_F(AlsaTransferTest, AFullDumpFromTheDeviceIsReceivedByteForByte)
 
     ASSERT_EQ(exit.code, 0) << receive->Describe();
     EXPECT_EQ(ReadAllBytes(folder.File("got.syx")), FullDump());
-    EXPECT_TRUE(device->WaitForOutput("Sent " + std::to_string(FullDump().size()) + " bytes",
-                                      kShowLimit));
+    EXPECT_TRUE(
+        device->WaitForOutput("Sent " + std::to_string(FullDump().size()) + " bytes", kShowLimit));
 }
 
 TEST_F(AlsaTransferTest, AFullDumpReachesTheDeviceWholeThroughItsBoundedBuffer)
@@ -217,7 +217,8 @@ TEST_F(AlsaTransferTest, ASendThatRunsAheadOfTheCableLosesBytesAtTheDevice)
         snd_seq_ev_set_direct(&event);
         event.type = SND_SEQ_EVENT_SYSEX;
         event.flags |= SND_SEQ_EVENT_LENGTH_VARIABLE;
-        event.data.ext.len = static_cast<unsigned int>(std::min<std::size_t>(256, FullDump().size() - at));
+        event.data.ext.len =
+            static_cast<unsigned int>(std::min<std::size_t>(256, FullDump().size() - at));
         event.data.ext.ptr = const_cast<std::uint8_t*>(FullDump().data() + at);
         ASSERT_GE(snd_seq_event_output_direct(seq, &event), 0);
     }

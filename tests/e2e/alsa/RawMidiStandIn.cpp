@@ -186,7 +186,8 @@ int main(int argc, char** argv)
         }
         if (output.IsSending()) {
             if (!output.WriteDue(fd)) {
-                Fail(std::string("cannot write to ") + options.device + ": " + std::strerror(errno));
+                Fail(std::string("cannot write to ") + options.device + ": " +
+                     std::strerror(errno));
             }
             if (!output.IsSending()) {
                 Say("Sent " + std::to_string(output.Size()) + " bytes");

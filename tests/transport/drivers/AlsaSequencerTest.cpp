@@ -101,8 +101,9 @@ TEST_F(AlsaSequencerTest, ALongSysexReachesAPortOpenedByNameWholeAndInOrder)
     ASSERT_EQ(device->Start(in), kMidiNoError);
 
     MidiHandle out = nullptr;
-    ASSERT_EQ(OpenByName(program, MidiDirection::Output, "tarvix-test-device:in", programCalls, out),
-              kMidiNoError);
+    ASSERT_EQ(
+        OpenByName(program, MidiDirection::Output, "tarvix-test-device:in", programCalls, out),
+        kMidiNoError);
     const auto sysex = MakeSysex(5000);
     TestBuffer sent(sysex);
     ASSERT_EQ(program.PrepareHeader(out, sent.header), kMidiNoError);
