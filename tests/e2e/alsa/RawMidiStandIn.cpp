@@ -10,7 +10,7 @@
 // FILE ("Sent N bytes" at the end). At the end of standard input it takes
 // what the device still holds, writes every byte that reached it to the
 // received FILE, prints "Received N bytes, lost M bytes" and exits 0.
-#include "CableInput.h"
+#include "transport/drivers/CablePacer.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -20,6 +20,7 @@
 
 #include <sound/asound.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -31,11 +32,34 @@
 
 namespace {
 
-using tarvix::testing::CableInput;
-using Clock = CableInput::Clock;
+using tarvix::CablePacer;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kDefaultBuffer = 4096;
+// How far the device's own output may run ahead of its cable: its UART
+// sends exactly at cable speed; this only spares waking up for every byte.
+constexpr std::size_t kOutputLead = 32;
+
+// What a MIDI interface does with bytes from a fast computer: they wait in
+// its buffer and leave at cable speed; a byte that finds it full is lost.
+class InterfaceInput {
+public:
+    explicit InterfaceInput(std::size_t buffer) : m_buffer(buffer) {}
+
+    void Arrive(const std::uint8_t* data, std::size_t count)
+    {
+        const std::size_t kept = m_buffer.Accept(count);
+        m_received.insert(m_received.end(), data, data + kept);
+        m_lost += count - kept;
+    }
+    const Bytes& Received() const { return m_received; }
+    std::size_t Lost() const { return m_lost; }
+
+private:
+    CablePacer m_buffer;
+    Bytes m_received;
+    std::size_t m_lost = 0;
+};
 
 struct Options {
     std::string device;
@@ -102,28 +126,26 @@ std::size_t KernelOverruns(int fd)
 }
 
 // Everything the device holds for us now; false when it is gone.
-bool ReadAvailable(int fd, CableInput& input)
+bool ReadAvailable(int fd, InterfaceInput& input)
 {
     std::uint8_t bytes[1024];
     for (;;) {
         const ssize_t count = read(fd, bytes, sizeof bytes);
         if (count > 0) {
-            input.Arrive(bytes, static_cast<std::size_t>(count), Clock::now());
+            input.Arrive(bytes, static_cast<std::size_t>(count));
             continue;
         }
         return count < 0 && (errno == EAGAIN || errno == EINTR);
     }
 }
 
-// The dump goes out no faster than the cable: by each moment, only the
-// bytes a 31250-baud line could have carried since the send began.
+// The dump goes out no faster than the cable carries it.
 class CableOutput {
 public:
     void Start(Bytes bytes)
     {
         m_bytes = std::move(bytes);
         m_written = 0;
-        m_start = Clock::now();
     }
     bool IsSending() const { return m_written < m_bytes.size(); }
     std::size_t Size() const { return m_bytes.size(); }
@@ -131,23 +153,23 @@ public:
     // False when the device refuses the bytes.
     bool WriteDue(int fd)
     {
-        const auto carried = (Clock::now() - m_start) / CableInput::kByteTime + 1;
-        const std::size_t due =
-            std::min(m_bytes.size(), static_cast<std::size_t>(std::max<long long>(carried, 0)));
-        while (m_written < due) {
-            const ssize_t count = write(fd, m_bytes.data() + m_written, due - m_written);
-            if (count < 0) {
-                return errno == EAGAIN || errno == EINTR;
-            }
-            m_written += static_cast<std::size_t>(count);
+        const std::size_t due = std::min(m_cable.GetAllowance(), m_bytes.size() - m_written);
+        if (due == 0) {
+            return true;
         }
+        const ssize_t count = write(fd, m_bytes.data() + m_written, due);
+        if (count < 0) {
+            return errno == EAGAIN || errno == EINTR;
+        }
+        m_cable.Hand(static_cast<std::size_t>(count));
+        m_written += static_cast<std::size_t>(count);
         return true;
     }
 
 private:
+    CablePacer m_cable{kOutputLead};
     Bytes m_bytes;
     std::size_t m_written = 0;
-    Clock::time_point m_start;
 };
 
 } // namespace
@@ -162,7 +184,7 @@ int main(int argc, char** argv)
     }
     // snd-virmidi passes bytes on to a raw device only once it is read
     // (or polled); so it is, before anyone is told to send.
-    CableInput input(options.buffer);
+    InterfaceInput input(options.buffer);
     if (!ReadAvailable(fd, input)) {
         Fail(options.device + " is gone");
     }
@@ -174,12 +196,10 @@ int main(int argc, char** argv)
     bool toldOverflow = false;
     while (commandsOpen || output.IsSending()) {
         pollfd fds[2] = {{fd, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
-        const bool busy = output.IsSending() || input.Held() > 0;
-        poll(fds, commandsOpen ? 2 : 1, busy ? 2 : 50);
+        poll(fds, commandsOpen ? 2 : 1, output.IsSending() ? 2 : 50);
         if (!ReadAvailable(fd, input) || (fds[0].revents & (POLLERR | POLLHUP)) != 0) {
             Fail(options.device + " is gone");
         }
-        input.Drain(Clock::now());
         if (input.Lost() > 0 && !toldOverflow) {
             toldOverflow = true;
             Say("Input buffer overflowed; bytes are being lost");
@@ -214,10 +234,9 @@ int main(int argc, char** argv)
     if (!ReadAvailable(fd, input)) {
         Fail(options.device + " is gone");
     }
-    input.DrainAll();
     const std::size_t lost = input.Lost() + KernelOverruns(fd);
     close(fd);
-    const Bytes& received = input.Delivered();
+    const Bytes& received = input.Received();
     if (!options.receivedPath.empty()) {
         std::ofstream file(options.receivedPath, std::ios::binary | std::ios::trunc);
         file.write(reinterpret_cast<const char*>(received.data()),
