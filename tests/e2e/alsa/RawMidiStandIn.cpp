@@ -32,13 +32,15 @@
 
 namespace {
 
-using tarvix::CablePacer;
+using tarvix::CCablePacer;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kDefaultBuffer = 4096;
 // How far the device's own output may run ahead of its cable: its UART
 // sends exactly at cable speed; this only spares waking up for every byte.
+// A late wake-up is made up for, as a real device never pauses mid-dump.
 constexpr std::size_t kOutputLead = 32;
+constexpr auto kOutputCatchUp = std::chrono::seconds(1);
 
 // What a MIDI interface does with bytes from a fast computer: they wait in
 // its buffer and leave at cable speed; a byte that finds it full is lost.
@@ -56,7 +58,7 @@ public:
     std::size_t Lost() const { return m_lost; }
 
 private:
-    CablePacer m_buffer;
+    CCablePacer m_buffer;
     Bytes m_received;
     std::size_t m_lost = 0;
 };
@@ -146,6 +148,7 @@ public:
     {
         m_bytes = std::move(bytes);
         m_written = 0;
+        m_cable.Restart();
     }
     bool IsSending() const { return m_written < m_bytes.size(); }
     std::size_t Size() const { return m_bytes.size(); }
@@ -167,7 +170,7 @@ public:
     }
 
 private:
-    CablePacer m_cable{kOutputLead};
+    CCablePacer m_cable{kOutputLead, {}, kOutputCatchUp};
     Bytes m_bytes;
     std::size_t m_written = 0;
 };
