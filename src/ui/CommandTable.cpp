@@ -40,6 +40,8 @@ const std::vector<CommandInfo>& CommandTable()
         {kCmdInsertStep, "editInsertStep", M::Edit, "&Insert step\tIns", "Ins", kNoTool, "Insert steps into current song\nInsert", H::ListPane, R::ListKind, NodeKind::Song, kNoSep},
         {kCmdDelete, "editDelete", M::Edit, "&Delete item\tDel", "Del", kNoTool, "Delete selected parts, songs or steps", H::ActivePane, R::PaneSelection, kAny, kSep},
         {kCmdRename, "editRename", M::Edit, "&Rename\tF2", "F2", kNoTool, "Rename selected part or song\nRename", H::TreePane, R::TreeRename, kAny, kNoSep},
+        {kCmdPianoRoll, "viewPianoRoll", M::View, "&Piano roll\tCtrl+P", "Ctrl+P", kNoTool, "Show the selected part as a piano roll\nPiano roll", H::Frame, R::PianoRollTarget, kAny, kNoSep},
+        {kCmdSongView, "viewSongArrangement", M::View, "&Song arrangement\tCtrl+G", "Ctrl+G", kNoTool, "Show the selected song as blocks along a time line\nSong arrangement", H::Frame, R::SongViewTarget, kAny, kNoSep},
         {kCmdMidiFileDump, "toolsMidiFileDump", M::Tools, "&Midi File Dump...", "", kNoTool, "Dump Standard MIDI File\nDump", H::Frame, R::Always, kAny, kSep},
         {kCmdOptions, "toolsOptions", M::Tools, "&Options...", "", kTool, "Display program options dialog\nOptions", H::Frame, R::Always, kAny, kNoSep},
         {kCmdAbout, "helpAbout", M::Help, "&About Tarvix...", "", kTool, "Display program information and version number\nAbout", H::Frame, R::Always, kAny, kNoSep},
@@ -75,6 +77,7 @@ const char* MenuTitle(CommandMenu menu)
     case CommandMenu::Edit: return "&Edit";
     case CommandMenu::Tools: return "&Tools";
     case CommandMenu::Help: return "&Help";
+    case CommandMenu::View: return "&View";
     case CommandMenu::None: break;
     }
     return "";

@@ -34,6 +34,8 @@ public:
     // Double-click (with its column), Enter or F2 (column -1) on a row.
     void ActivateRow(int row, int column);
     void HandleCommand(CommandId id);
+    // Makes row the current and only selected row.
+    void SelectRow(int row);
     QPoint KeyboardMenuPosition() const;
 
 signals:
@@ -54,7 +56,6 @@ protected:
 private:
     void BuildColumns();
     int FirstSelectedRow() const;
-    void SelectRow(int row);
 
     ViewContext& m_context;
     CPendingCommands& m_pending;

@@ -96,7 +96,9 @@ TEST_F(CommandTableTest, MenusHoldTheCommandsInOrderWithTheirSeparators)
     QStringList titles;
     for (QAction* menu : Frame().menuBar()->actions())
         titles << menu->text();
-    EXPECT_EQ(titles, (QStringList{"&File", "&Edit", "&Tools", "&Help"}));
+    EXPECT_EQ(MenuTexts("menuView"),
+              (QStringList{"&Piano roll\tCtrl+P", "&Song arrangement\tCtrl+G"}));
+    EXPECT_EQ(titles, (QStringList{"&File", "&Edit", "&View", "&Tools", "&Help"}));
 }
 
 TEST_F(CommandTableTest, ToolbarHoldsItsButtonsInOrder)
