@@ -52,6 +52,12 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    // The list moves by rows: Home and End go to the first and last row,
+    // Left and Right stay, the current cell is always the row's first.
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    // Ctrl with a moving key selects as the key alone does; Shift extends.
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
 
 private:
     void BuildColumns();

@@ -83,6 +83,12 @@ void CTreePane::keyPressEvent(QKeyEvent* event)
         emit switchPaneRequested(Pane::List);
         return;
     }
+    // The keyboard's other way to the context menu (the Menu key arrives as
+    // a context menu event of its own).
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier && !m_editingLabel) {
+        emit contextMenuRequested(Pane::Tree, KeyboardMenuPosition());
+        return;
+    }
     QTreeView::keyPressEvent(event);
 }
 
