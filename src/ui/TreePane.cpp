@@ -1,5 +1,6 @@
 #include "ui/TreePane.h"
 
+#include "ui/DeviceNameValidator.h"
 #include "ui/NavigationModel.h"
 #include "ui/PendingCommands.h"
 #include "ui/ViewContext.h"
@@ -7,8 +8,27 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QStyledItemDelegate>
 
 namespace tarvix {
+
+namespace {
+// The in-place name field keeps to what the device can show.
+class CNameDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override
+    {
+        QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
+        if (auto* field = qobject_cast<QLineEdit*>(editor))
+            ApplyDeviceNameRules(*field);
+        return editor;
+    }
+};
+} // namespace
 
 CTreePane::CTreePane(ViewContext& context, CPendingCommands& pending, QWidget* parent)
     : QTreeView(parent), m_context(context), m_pending(pending),
@@ -18,6 +38,7 @@ CTreePane::CTreePane(ViewContext& context, CPendingCommands& pending, QWidget* p
     setModel(m_model);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::EditKeyPressed);
+    setItemDelegate(new CNameDelegate(this));
     setUniformRowHeights(true);
     setTabKeyNavigation(false);
     header()->setStretchLastSection(true);
