@@ -193,15 +193,23 @@ void PaintKeys(QPainter& painter, const RollScale& scale, const QRect& exposed, 
     const bool everyName = scale.rowHeight >= painter.fontMetrics().height();
     for (int pitch = low; pitch <= high; ++pitch) {
         const QRect row(0, scale.PitchToY(pitch), width, scale.rowHeight);
-        const bool black = IsBlackKey(pitch);
-        painter.fillRect(row, black ? QColor(0x30, 0x30, 0x30) : QColor(0xFF, 0xFF, 0xFF));
+        painter.fillRect(row, IsBlackKey(pitch) ? QColor(0x30, 0x30, 0x30) : QColor(0xFF, 0xFF, 0xFF));
         painter.fillRect(QRect(row.left(), row.bottom(), width, 1), QColor(0xB0, 0xB0, 0xB0));
+    }
+    // The names over the keys, once all keys are drawn: a C's name may
+    // stand taller than its row.
+    const int labelLow = std::max(0, low - 2);
+    for (int pitch = labelLow; pitch <= high; ++pitch) {
+        const QRect row(0, scale.PitchToY(pitch), width, scale.rowHeight);
+        const bool black = IsBlackKey(pitch);
         if (everyName || pitch % 12 == 0) {
             painter.setPen(black ? QColor(0xF0, 0xF0, 0xF0) : QColor(0x20, 0x20, 0x20));
-            // A C's name may stand taller than its row; it is drawn upwards.
+            const int textHeight = painter.fontMetrics().height();
             const QRect text = everyName ? row.adjusted(4, 0, -2, 0)
-                                         : QRect(4, row.bottom() - painter.fontMetrics().height(),
-                                                 width - 6, painter.fontMetrics().height());
+                                         : QRect(4, row.bottom() + 1 - textHeight, width - 6,
+                                                 textHeight);
+            if (!everyName)
+                painter.fillRect(text.adjusted(-2, 0, 0, 0), QColor(0xFF, 0xFF, 0xFF, 220));
             painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter,
                              QString::fromLatin1(GetNoteName(static_cast<std::uint8_t>(pitch))));
         }

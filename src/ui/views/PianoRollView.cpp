@@ -141,8 +141,7 @@ void CPianoRollView::UpdateScrollBars()
     QScrollBar* pitch = verticalScrollBar();
     // Scrolling while the ranges change would move stale pixels: the whole
     // view is drawn anew instead.
-    const QSignalBlocker blockTime(time);
-    const QSignalBlocker blockPitch(pitch);
+    const RedrawAll redraw(*this);
     time->setRange(0, std::max(0, m_scale.ContentWidth(m_model.LengthClocks()) - area.width()));
     time->setPageStep(std::max(1, area.width()));
     time->setSingleStep(std::max(1, static_cast<int>(m_scale.pixelsPerBeat)));
@@ -171,7 +170,7 @@ void CPianoRollView::ZoomTime(double factor, int anchorX)
     UpdateScrollBars();
     const double newX = anchorClock * m_scale.pixelsPerBeat / kClocksPerBeat - anchorX;
     {
-        const QSignalBlocker block(horizontalScrollBar());
+        const RedrawAll redraw(*this);
         horizontalScrollBar()->setValue(static_cast<int>(std::lround(newX)));
     }
     SyncScale();
@@ -194,7 +193,7 @@ void CPianoRollView::CentrePitch(int pitch)
     const int y = (127 - pitch) * m_scale.rowHeight + m_scale.rowHeight / 2
                   - viewport()->height() / 2;
     {
-        const QSignalBlocker block(verticalScrollBar());
+        const RedrawAll redraw(*this);
         verticalScrollBar()->setValue(y);
     }
     SyncScale();
@@ -213,7 +212,7 @@ void CPianoRollView::FitToWindow()
     m_scale.rowHeight = std::clamp(area.height() / span, kMinRowHeight, kMaxRowHeight);
     UpdateScrollBars();
     {
-        const QSignalBlocker block(horizontalScrollBar());
+        const RedrawAll redraw(*this);
         horizontalScrollBar()->setValue(0);
     }
     CentrePitch((m_model.LowestPitch() + m_model.HighestPitch() + 1) / 2);
@@ -259,6 +258,14 @@ void CPianoRollView::paintEvent(QPaintEvent* event)
 void CPianoRollView::scrollContentsBy(int dx, int dy)
 {
     SyncScale();
+    if (m_redrawAll != 0) {
+        // A zoom or new ranges: every pixel changes.
+        viewport()->update();
+        m_ruler->update();
+        m_keys->update();
+        m_lane->update();
+        return;
+    }
     viewport()->scroll(dx, dy);
     if (dx != 0) {
         const QRect timePart(m_keysWidth, 0, m_ruler->width() - m_keysWidth, m_rulerHeight);

@@ -65,6 +65,15 @@ private:
     void UpdateScrollBars();
     void PlaceStrips();
     void SyncScale();
+    // While alive, scroll bar moves redraw everything instead of scrolling
+    // pixels (the scroll area still learns every offset).
+    struct RedrawAll {
+        explicit RedrawAll(CPianoRollView& view) : m_view(view) { ++m_view.m_redrawAll; }
+        ~RedrawAll() { --m_view.m_redrawAll; }
+        RedrawAll(const RedrawAll&) = delete;
+        RedrawAll& operator=(const RedrawAll&) = delete;
+        CPianoRollView& m_view;
+    };
 
     CPianoRollModel m_model;
     RollScale m_scale;
@@ -76,6 +85,7 @@ private:
     int m_rulerHeight = 22;
     int m_laneHeight = 64;
     int m_lastDrawn = 0;
+    int m_redrawAll = 0;
 };
 
 } // namespace tarvix
