@@ -169,19 +169,21 @@ void PaintRuler(QPainter& painter, const CPianoRollModel& model, const RollScale
     painter.fillRect(exposed, QColor(0xEC, 0xEC, 0xEC));
     painter.setPen(QColor(0x40, 0x40, 0x40));
     const int labelWidth = painter.fontMetrics().horizontalAdvance(QStringLiteral("000")) + 4;
-    int lastLabelEnd = std::numeric_limits<int>::min();
+    // Every bar, or every second, fourth... so numbers never touch; the
+    // choice depends on the zoom alone, so strips drawn apart agree.
+    std::uint32_t labelEvery = 1;
+    while (labelEvery * kBeatsPerBar * scale.pixelsPerBeat < labelWidth && labelEvery < 1u << 12)
+        labelEvery *= 2;
     // Lines are found in view coordinates, drawn shifted by left.
     ForEachBeatLine(scale, exposed.left() - left - labelWidth, exposed.right() - left,
                     model.LengthClocks(), [&](std::uint32_t beat, int x) {
                         const bool bar = beat % kBeatsPerBar == 0;
                         const int at = x + left;
                         painter.drawLine(at, bar ? 0 : height * 2 / 3, at, height);
-                        if (bar && at >= lastLabelEnd) {
+                        if (bar && (beat / kBeatsPerBar) % labelEvery == 0)
                             painter.drawText(QRect(at + 2, 0, labelWidth, height * 2 / 3 + 2),
                                              Qt::AlignLeft | Qt::AlignVCenter,
                                              QString::number(beat / kBeatsPerBar + 1));
-                            lastLabelEnd = at + labelWidth;
-                        }
                     });
     painter.drawLine(exposed.left(), height - 1, exposed.right(), height - 1);
 }
