@@ -25,13 +25,13 @@ void CSongViewModel::Rebuild(const CMmt8Memory& memory, int song)
         block.part = step.part;
         block.trackMask = step.trackMask;
         block.startBeat = m_totalBeats;
+        block.label = FormatText("%02u", unsigned{step.part});
         if (CMmt8Memory::IsPart(step.part)) {
             block.beats = memory.Part(step.part).beats;
             // The list's own text: a name made safe for one line.
-            block.label = FormatText("%02u  ", unsigned{step.part})
-                          + GetListCellText(memory, ListKind::Parts, 0, step.part, 1);
-        } else {
-            block.label = FormatText("%02u", unsigned{step.part});
+            const std::string name = GetListCellText(memory, ListKind::Parts, 0, step.part, 1);
+            if (!name.empty())
+                block.label += "  " + name;
         }
         m_totalBeats += block.beats;
         m_blocks.push_back(std::move(block));
