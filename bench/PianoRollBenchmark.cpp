@@ -29,25 +29,29 @@ const CMmt8Part& BusyPart()
     static const CMmt8Part part = [] {
         CMmt8Part busy;
         busy.beats = kMaxBeats;
-        std::mt19937 random(1234);
+        std::mt19937 generator(1234);
+        const auto random = [&generator](std::uint32_t below) {
+            return static_cast<std::uint32_t>(generator() % below);
+        };
         const std::uint32_t perTrack = kEvents / kTracksPerPart;
         for (int track = 0; track < kTracksPerPart; ++track) {
             auto& events = busy.tracks[static_cast<std::size_t>(track)].events;
             std::uint32_t time = 0;
             for (std::uint32_t i = 0; i < perTrack; ++i) {
-                time += random() % 3 == 0 ? 0 : 24 + random() % 48;
+                time += random(3) == 0 ? 0 : 24 + random(48);
                 time = std::min<std::uint32_t>(time, kMaxBeats * kClocksPerBeat - 1);
                 std::unique_ptr<CMmt8Event> event;
                 if (i % 8 == 7) {
                     auto control = std::make_unique<CMmt8ControlEvent>();
                     control->data1 = 1;
-                    control->data2 = static_cast<std::uint8_t>(random() % 128);
+                    control->data2 = static_cast<std::uint8_t>(random(128));
                     event = std::move(control);
                 } else {
                     auto note = std::make_unique<CMmt8NoteEvent>();
-                    note->data1 = static_cast<std::uint8_t>(36 + track * 6 + random() % 24);
-                    note->data2 = static_cast<std::uint8_t>(30 + random() % 98);
-                    note->duration = static_cast<std::uint16_t>(12 + random() % 180);
+                    note->data1 = static_cast<std::uint8_t>(
+                        36 + static_cast<std::uint32_t>(track) * 6 + random(24));
+                    note->data2 = static_cast<std::uint8_t>(30 + random(98));
+                    note->duration = static_cast<std::uint16_t>(12 + random(180));
                     event = std::move(note);
                 }
                 event->time = static_cast<std::uint16_t>(time);

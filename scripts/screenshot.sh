@@ -129,7 +129,7 @@ wait_for 20 xdotool search --onlyvisible --name '^Piano roll - '
 roll=$(xdotool search --onlyvisible --name '^Piano roll - ' | head -n 1)
 xdotool windowsize --sync "$roll" 800 520 windowmove --sync "$roll" 0 0
 # 0 fits the part to the resized window; + twice zooms in to a few bars.
-xdotool windowfocus --sync "$roll" key 0 plus plus plus ctrl+plus Home
+xdotool windowfocus --sync "$roll" key 0 plus plus plus plus plus plus ctrl+plus ctrl+plus Home
 sleep 1
 eval "$(xdotool getwindowgeometry --shell "$roll")"
 capture "$folder/piano-roll.png"

@@ -27,8 +27,9 @@ std::vector<int> PitchesIn(const CPianoRollModel& model, std::uint32_t from, std
                            int low = 0, int high = 127)
 {
     std::vector<int> pitches;
-    model.ForEachNoteIn(from, to, low, high,
-                        [&pitches](const CPianoRollModel::Note& note) { pitches.push_back(note.pitch); });
+    model.ForEachNoteIn(from, to, low, high, [&pitches](const CPianoRollModel::Note& note) {
+        pitches.push_back(note.pitch);
+    });
     return pitches;
 }
 
@@ -38,9 +39,9 @@ TEST(PianoRollModelTest, AStretchOfTimeFindsExactlyTheNotesSoundingInIt)
 {
     CMmt8Part part;
     part.beats = 4;
-    AddNote(part, 0, 0, 40, 1500);  // holds past everything below
+    AddNote(part, 0, 0, 40, 1500); // holds past everything below
     AddNote(part, 0, 96, 41, 10);
-    AddNote(part, 3, 50, 60, 0);    // no duration: still a note at 50
+    AddNote(part, 3, 50, 60, 0); // no duration: still a note at 50
     AddNote(part, 3, 200, 62, 96);
     AddNote(part, 5, 100, 70, 200); // reaches past the part's 4 beats
     CPianoRollModel model;
@@ -91,7 +92,8 @@ TEST(PianoRollModelTest, OtherEventsGoToTheLaneAsTallAsTheirValue)
     EXPECT_EQ(model.LaneEventNear(20, 3), nullptr);
     // A part of one beat still shows one whole bar.
     EXPECT_EQ(model.LengthClocks(), kClocksPerBar);
-    EXPECT_EQ(DescribePosition(kClocksPerBar + 2 * kClocksPerBeat + 48), "bar 2 beat 3 + 48 clocks");
+    EXPECT_EQ(DescribePosition(kClocksPerBar + 2 * kClocksPerBeat + 48),
+              "bar 2 beat 3 + 48 clocks");
 }
 
 TEST(SongViewModelTest, StepsFollowEachOtherByTheirPartsBeats)

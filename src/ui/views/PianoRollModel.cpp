@@ -80,8 +80,8 @@ void CPianoRollModel::Rebuild(const CMmt8Part& part)
         m_reach.push_back(reach);
     }
     // Whole bars, at least one.
-    m_length = std::max<std::uint32_t>(1, (length + kClocksPerBar - 1) / kClocksPerBar)
-               * kClocksPerBar;
+    m_length =
+        std::max<std::uint32_t>(1, (length + kClocksPerBar - 1) / kClocksPerBar) * kClocksPerBar;
     if (highest >= 0) {
         m_lowest = lowest;
         m_highest = highest;
@@ -101,8 +101,7 @@ bool CPianoRollModel::IsTrackVisible(int track) const
 
 int CPianoRollModel::TrackNoteCount(int track) const
 {
-    return track >= 0 && track < kTracksPerPart ? m_trackNotes[static_cast<std::size_t>(track)]
-                                                : 0;
+    return track >= 0 && track < kTracksPerPart ? m_trackNotes[static_cast<std::size_t>(track)] : 0;
 }
 
 bool CPianoRollModel::TrackHasEvents(int track) const
@@ -136,8 +135,8 @@ int CPianoRollModel::ForEachNoteIn(std::uint32_t from, std::uint32_t to, int low
         const Note& note = m_notes[i];
         if (note.start >= to)
             break;
-        if (std::max(note.end, note.start + 1) <= from || note.pitch < low || note.pitch > high
-            || !m_visible[note.track])
+        if (std::max(note.end, note.start + 1) <= from || note.pitch < low || note.pitch > high ||
+            !m_visible[note.track])
             continue;
         draw(note);
         ++drawn;
@@ -193,8 +192,8 @@ const CMmt8Event* FindRollEvent(const CMmt8Part& part, int track, std::uint32_t 
 
 std::string DescribeRollEvent(const CMmt8Event& event, int track)
 {
-    return FormatText("Track %d, %s\n", track + 1, DescribePosition(event.time).c_str())
-           + ListEventLine(event);
+    return FormatText("Track %d, %s\n", track + 1, DescribePosition(event.time).c_str()) +
+           ListEventLine(event);
 }
 
 } // namespace tarvix

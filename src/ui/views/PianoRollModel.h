@@ -25,7 +25,7 @@ public:
         std::uint32_t end = 0;   // start + duration; a zero duration still shows
         std::uint8_t pitch = 0;
         std::uint8_t velocity = 0;
-        std::uint8_t track = 0; // 0-7
+        std::uint8_t track = 0;  // 0-7
         std::uint32_t index = 0; // the event's place in its track
     };
 

@@ -24,7 +24,10 @@ std::uint32_t RollScale::XToClock(int x) const
     return clock <= 0 ? 0 : static_cast<std::uint32_t>(clock);
 }
 
-int RollScale::PitchToY(int pitch) const { return (127 - pitch) * rowHeight - scrollY; }
+int RollScale::PitchToY(int pitch) const
+{
+    return (127 - pitch) * rowHeight - scrollY;
+}
 
 int RollScale::YToPitch(int y) const
 {
@@ -42,8 +45,7 @@ namespace PianoRollPainter {
 namespace {
 // Eight hues far apart, as a legend tells them apart.
 constexpr std::array<QRgb, kTracksPerPart> kTrackColours = {
-    0xFFD62728, 0xFF1F77B4, 0xFF2CA02C, 0xFFFF7F0E,
-    0xFF9467BD, 0xFF17BECF, 0xFFE377C2, 0xFF8C564B};
+    0xFFD62728, 0xFF1F77B4, 0xFF2CA02C, 0xFFFF7F0E, 0xFF9467BD, 0xFF17BECF, 0xFFE377C2, 0xFF8C564B};
 
 const QColor kRowWhite(0xF4, 0xF4, 0xF4);
 const QColor kRowBlack(0xE2, 0xE2, 0xE6);
@@ -99,8 +101,7 @@ std::uint32_t BeatStep(double pixelsPerBeat)
 
 // Calls line(beat, x) for each line's beat in [first, last] clocks' range.
 template <typename Line>
-void ForEachBeatLine(const RollScale& scale, int left, int right, std::uint32_t endClock,
-                     Line line)
+void ForEachBeatLine(const RollScale& scale, int left, int right, std::uint32_t endClock, Line line)
 {
     const std::uint32_t step = BeatStep(scale.pixelsPerBeat);
     const std::uint32_t firstBeat = scale.XToClock(left) / kClocksPerBeat / step * step;
@@ -140,9 +141,9 @@ int PaintNotes(QPainter& painter, const CPianoRollModel& model, const RollScale&
                              kOctaveLine);
     }
     if (endX <= exposed.right())
-        painter.fillRect(QRect(QPoint(std::max(endX, exposed.left()), exposed.top()),
-                               exposed.bottomRight()),
-                         kPastEnd);
+        painter.fillRect(
+            QRect(QPoint(std::max(endX, exposed.left()), exposed.top()), exposed.bottomRight()),
+            kPastEnd);
     ForEachBeatLine(scale, exposed.left(), exposed.right(), model.LengthClocks(),
                     [&](std::uint32_t beat, int x) {
                         painter.fillRect(QRect(x, exposed.top(), 1, exposed.height()),
@@ -195,7 +196,8 @@ void PaintKeys(QPainter& painter, const RollScale& scale, const QRect& exposed, 
     const bool everyName = scale.rowHeight >= painter.fontMetrics().height();
     for (int pitch = low; pitch <= high; ++pitch) {
         const QRect row(0, scale.PitchToY(pitch), width, scale.rowHeight);
-        painter.fillRect(row, IsBlackKey(pitch) ? QColor(0x30, 0x30, 0x30) : QColor(0xFF, 0xFF, 0xFF));
+        painter.fillRect(row,
+                         IsBlackKey(pitch) ? QColor(0x30, 0x30, 0x30) : QColor(0xFF, 0xFF, 0xFF));
         painter.fillRect(QRect(row.left(), row.bottom(), width, 1), QColor(0xB0, 0xB0, 0xB0));
     }
     // The names over the keys, once all keys are drawn: a C's name may
@@ -207,16 +209,17 @@ void PaintKeys(QPainter& painter, const RollScale& scale, const QRect& exposed, 
         if (everyName || pitch % 12 == 0) {
             painter.setPen(black ? QColor(0xF0, 0xF0, 0xF0) : QColor(0x20, 0x20, 0x20));
             const int textHeight = painter.fontMetrics().height();
-            const QRect text = everyName ? row.adjusted(4, 0, -2, 0)
-                                         : QRect(4, row.bottom() + 1 - textHeight, width - 6,
-                                                 textHeight);
+            const QRect text = everyName
+                                   ? row.adjusted(4, 0, -2, 0)
+                                   : QRect(4, row.bottom() + 1 - textHeight, width - 6, textHeight);
             if (!everyName)
                 painter.fillRect(text.adjusted(-2, 0, 0, 0), QColor(0xFF, 0xFF, 0xFF, 220));
             painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter,
                              QString::fromLatin1(GetNoteName(static_cast<std::uint8_t>(pitch))));
         }
     }
-    painter.fillRect(QRect(width - 1, exposed.top(), 1, exposed.height()), QColor(0x80, 0x80, 0x80));
+    painter.fillRect(QRect(width - 1, exposed.top(), 1, exposed.height()),
+                     QColor(0x80, 0x80, 0x80));
 }
 
 int PaintLane(QPainter& painter, const CPianoRollModel& model, const RollScale& scale,

@@ -86,8 +86,7 @@ protected:
     bool event(QEvent* event) override
     {
         if (m_role == Role::Lane && event->type() == QEvent::ToolTip)
-            return ShowToolTip(event,
-                               m_view.LaneToolTipAt(static_cast<QHelpEvent*>(event)->pos()),
+            return ShowToolTip(event, m_view.LaneToolTipAt(static_cast<QHelpEvent*>(event)->pos()),
                                this);
         return QWidget::event(event);
     }
@@ -98,8 +97,7 @@ private:
 };
 
 CPianoRollView::CPianoRollView(QWidget* parent)
-    : QAbstractScrollArea(parent),
-      m_ruler(new CRollStrip(*this, CRollStrip::Role::Ruler)),
+    : QAbstractScrollArea(parent), m_ruler(new CRollStrip(*this, CRollStrip::Role::Ruler)),
       m_keys(new CRollStrip(*this, CRollStrip::Role::Keys)),
       m_lane(new CRollStrip(*this, CRollStrip::Role::Lane))
 {
@@ -116,9 +114,18 @@ CPianoRollView::CPianoRollView(QWidget* parent)
     ModelChanged();
 }
 
-QWidget* CPianoRollView::Ruler() const { return m_ruler; }
-QWidget* CPianoRollView::Keys() const { return m_keys; }
-QWidget* CPianoRollView::Lane() const { return m_lane; }
+QWidget* CPianoRollView::Ruler() const
+{
+    return m_ruler;
+}
+QWidget* CPianoRollView::Keys() const
+{
+    return m_keys;
+}
+QWidget* CPianoRollView::Lane() const
+{
+    return m_lane;
+}
 
 void CPianoRollView::ModelChanged()
 {
@@ -190,8 +197,8 @@ void CPianoRollView::ZoomPitch(int rowHeight)
 
 void CPianoRollView::CentrePitch(int pitch)
 {
-    const int y = (127 - pitch) * m_scale.rowHeight + m_scale.rowHeight / 2
-                  - viewport()->height() / 2;
+    const int y =
+        (127 - pitch) * m_scale.rowHeight + m_scale.rowHeight / 2 - viewport()->height() / 2;
     {
         const RedrawAll redraw(*this);
         verticalScrollBar()->setValue(y);
@@ -318,7 +325,9 @@ void CPianoRollView::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Right:
         horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
         return;
-    case Qt::Key_Up: verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub); return;
+    case Qt::Key_Up:
+        verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub);
+        return;
     case Qt::Key_Down:
         verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
         return;

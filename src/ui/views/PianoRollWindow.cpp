@@ -31,8 +31,8 @@ QString FromDevice(const std::string& text)
 } // namespace
 
 CPianoRollWindow::CPianoRollWindow(const CMmt8Memory& memory, int part, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_memory(memory), m_part(part),
-      m_view(new CPianoRollView(this)), m_summary(new QLabel(this))
+    : QWidget(parent, Qt::Window), m_memory(memory), m_part(part), m_view(new CPianoRollView(this)),
+      m_summary(new QLabel(this))
 {
     setObjectName(QStringLiteral("pianoRollWindow"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -86,9 +86,8 @@ void CPianoRollWindow::Refresh()
 void CPianoRollWindow::UpdateTexts()
 {
     const CMmt8Part& part = m_memory.Part(m_part);
-    setWindowTitle(tr("Piano roll - %1  %2")
-                       .arg(m_part, 2, 10, QLatin1Char('0'))
-                       .arg(FromDevice(part.name)));
+    setWindowTitle(
+        tr("Piano roll - %1  %2").arg(m_part, 2, 10, QLatin1Char('0')).arg(FromDevice(part.name)));
     const CPianoRollModel& model = m_view->Model();
     for (int track = 0; track < kTracksPerPart; ++track) {
         QCheckBox* box = m_boxes[static_cast<std::size_t>(track)];
@@ -98,8 +97,7 @@ void CPianoRollWindow::UpdateTexts()
                             .arg(model.TrackNoteCount(track))
                             .arg(channel == 0 ? tr("unchanged") : QString::number(channel)));
         // An empty track is greyed in the legend but can still be ticked.
-        box->setStyleSheet(model.TrackHasEvents(track) ? QString()
-                                                       : QStringLiteral("color: gray"));
+        box->setStyleSheet(model.TrackHasEvents(track) ? QString() : QStringLiteral("color: gray"));
     }
     m_summary->setText(tr("%1 beats, %2 notes, %3 other events shown")
                            .arg(part.beats)

@@ -91,11 +91,10 @@ void CSongCanvas::paintEvent(QPaintEvent* event)
     painter.setPen(palette().text().color());
     const std::uint32_t bars = (model.TotalBeats() + kBeatsPerBar - 1) / kBeatsPerBar;
     const int labelWidth = fontMetrics().horizontalAdvance(QStringLiteral("0000"));
-    const std::uint32_t every =
-        std::max<std::uint32_t>(1, static_cast<std::uint32_t>(std::ceil(
-                                       (labelWidth + 4) / (ppb * kBeatsPerBar))));
-    const auto firstBar =
-        static_cast<std::uint32_t>(std::max(0.0, (exposed.left() - kMargin) / (ppb * kBeatsPerBar)));
+    const std::uint32_t every = std::max<std::uint32_t>(
+        1, static_cast<std::uint32_t>(std::ceil((labelWidth + 4) / (ppb * kBeatsPerBar))));
+    const auto firstBar = static_cast<std::uint32_t>(
+        std::max(0.0, (exposed.left() - kMargin) / (ppb * kBeatsPerBar)));
     for (std::uint32_t bar = firstBar / every * every; bar <= bars; bar += every) {
         const int x = kMargin + static_cast<int>(bar * kBeatsPerBar * ppb);
         if (x > exposed.right() + labelWidth)
@@ -131,14 +130,15 @@ void CSongCanvas::PaintBlock(QPainter& painter, const CSongViewModel::Block& blo
         else
             painter.fillRect(lamp, QColor(0xFF, 0xFF, 0xFF, 160));
     }
-    painter.setPen(selected ? QPen(palette().highlight().color(), 3) : QPen(QColor(0x50, 0x50, 0x50)));
+    painter.setPen(selected ? QPen(palette().highlight().color(), 3)
+                            : QPen(QColor(0x50, 0x50, 0x50)));
     painter.drawRect(rect.adjusted(0, 0, -1, -1));
     if (rect.width() > 16) {
         painter.setPen(QColor(0x10, 0x10, 0x10));
         const QRect text = rect.adjusted(4, 2, -3, -10);
-        painter.drawText(text, Qt::AlignLeft | Qt::AlignTop,
-                         fontMetrics().elidedText(FromDevice(block.label), Qt::ElideRight,
-                                                  text.width()));
+        painter.drawText(
+            text, Qt::AlignLeft | Qt::AlignTop,
+            fontMetrics().elidedText(FromDevice(block.label), Qt::ElideRight, text.width()));
     }
 }
 
@@ -152,7 +152,10 @@ CSongView::CSongView(QWidget* parent) : QScrollArea(parent), m_canvas(new CSongC
     ModelChanged();
 }
 
-QWidget* CSongView::Canvas() const { return m_canvas; }
+QWidget* CSongView::Canvas() const
+{
+    return m_canvas;
+}
 
 void CSongView::ModelChanged()
 {
@@ -160,7 +163,8 @@ void CSongView::ModelChanged()
     const int right = blocks == 0 ? 0 : BlockRect(blocks - 1).right();
     m_canvas->resize(std::max(right + kMargin, viewport()->width()),
                      kRulerHeight + kBlockHeight + 2 * kMargin);
-    setMinimumHeight(m_canvas->height() + horizontalScrollBar()->sizeHint().height() + 2 * frameWidth());
+    setMinimumHeight(m_canvas->height() + horizontalScrollBar()->sizeHint().height() +
+                     2 * frameWidth());
     if (m_selected >= blocks)
         m_selected = blocks - 1;
     m_canvas->update();
@@ -191,8 +195,8 @@ QRect CSongView::BlockRect(int block) const
 {
     const CSongViewModel::Block& item = m_model.Blocks().at(static_cast<std::size_t>(block));
     const int left = kMargin + static_cast<int>(std::lround(item.startBeat * m_pixelsPerBeat));
-    const int right = kMargin + static_cast<int>(
-                                    std::lround((item.startBeat + item.beats) * m_pixelsPerBeat));
+    const int right =
+        kMargin + static_cast<int>(std::lround((item.startBeat + item.beats) * m_pixelsPerBeat));
     return {left, kRulerHeight + kMargin / 2, std::max(kEmptyPartWidth, right - left),
             kBlockHeight};
 }

@@ -45,10 +45,9 @@ double CSongViewModel::Seconds() const
 
 int CSongViewModel::FirstBlockFrom(std::uint32_t beat) const
 {
-    const auto found = std::lower_bound(m_blocks.begin(), m_blocks.end(), beat,
-                                        [](const Block& block, std::uint32_t at) {
-                                            return block.startBeat + block.beats < at;
-                                        });
+    const auto found = std::lower_bound(
+        m_blocks.begin(), m_blocks.end(), beat,
+        [](const Block& block, std::uint32_t at) { return block.startBeat + block.beats < at; });
     return static_cast<int>(found - m_blocks.begin());
 }
 

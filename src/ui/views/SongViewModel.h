@@ -19,7 +19,7 @@ public:
         std::uint32_t startBeat = 0;
         std::uint32_t beats = 0; // 0 for an empty part: it takes no time
         std::uint8_t trackMask = 0;
-        std::string label;       // "03  Bass line" as the tree names the part, "03" unnamed
+        std::string label; // "03  Bass line" as the tree names the part, "03" unnamed
     };
 
     void Rebuild(const CMmt8Memory& memory, int song);

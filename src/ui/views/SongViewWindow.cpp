@@ -39,14 +39,15 @@ void CSongViewWindow::Refresh()
                        .arg(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()))));
     const CSongViewModel& model = m_view->Model();
     const auto seconds = static_cast<long>(std::lround(model.Seconds()));
-    m_summary->setText(model.Tempo() == 0
-                           ? tr("%1 steps, %2 beats").arg(model.BlockCount()).arg(model.TotalBeats())
-                           : tr("%1 steps, %2 beats, %3:%4 at %5 beats per minute")
-                                 .arg(model.BlockCount())
-                                 .arg(model.TotalBeats())
-                                 .arg(seconds / 60)
-                                 .arg(seconds % 60, 2, 10, QLatin1Char('0'))
-                                 .arg(model.Tempo()));
+    m_summary->setText(
+        model.Tempo() == 0
+            ? tr("%1 steps, %2 beats").arg(model.BlockCount()).arg(model.TotalBeats())
+            : tr("%1 steps, %2 beats, %3:%4 at %5 beats per minute")
+                  .arg(model.BlockCount())
+                  .arg(model.TotalBeats())
+                  .arg(seconds / 60)
+                  .arg(seconds % 60, 2, 10, QLatin1Char('0'))
+                  .arg(model.Tempo()));
 }
 
 void CSongViewWindow::keyPressEvent(QKeyEvent* event)

@@ -4,8 +4,8 @@
 #include "ui/ListPane.h"
 #include "ui/MainFrame.h"
 #include "ui/TreePane.h"
-#include "ui/views/SongView.h"
 #include "ui/views/PianoRollWindow.h"
+#include "ui/views/SongView.h"
 #include "ui/views/SongViewWindow.h"
 
 #include <QAbstractItemModel>
@@ -15,8 +15,7 @@
 namespace tarvix {
 
 namespace {
-template <typename Window>
-Window* Raise(Window* window)
+template <typename Window> Window* Raise(Window* window)
 {
     window->show();
     window->raise();
@@ -51,8 +50,8 @@ std::optional<int> CViewWindows::PianoRollTarget() const
         return rows.front();
     if (node.kind == NodeKind::Song && CMmt8Memory::IsSong(node.index)) {
         const auto& steps = m_memory.Song(node.index).steps;
-        if (static_cast<std::size_t>(rows.front()) < steps.size()
-            && CMmt8Memory::IsPart(steps[static_cast<std::size_t>(rows.front())].part))
+        if (static_cast<std::size_t>(rows.front()) < steps.size() &&
+            CMmt8Memory::IsPart(steps[static_cast<std::size_t>(rows.front())].part))
             return steps[static_cast<std::size_t>(rows.front())].part;
     }
     return std::nullopt;
