@@ -40,7 +40,7 @@ public:
 
     // After the window is shown: the files of the command line, or else the
     // last file, or else a Receive, as the settings say.
-    void ProcessStartup(const QString& commandLine);
+    void ProcessStartup(const QStringList& arguments);
 
     // Loads a .syx file into the document; reports a failure.
     bool OpenFile(const QString& path, const QString& title);
