@@ -8,6 +8,7 @@
 #include "ui/AboutDialog.h"
 #include "ui/ListModel.h"
 #include "ui/ListPane.h"
+#include "version/Version.h"
 
 #include <QDialog>
 #include <QDir>
@@ -240,8 +241,8 @@ TEST_F(FileCommandsTest, AboutShowsIconVersionBuildAndCopyright)
     });
     TriggerAction("helpAbout");
     EXPECT_EQ(version, QStringLiteral("Tarvix v%1.%2 (build 45)")
-                           .arg(TARVIX_VERSION_MAJOR)
-                           .arg(TARVIX_VERSION_MINOR, 2, 10, QLatin1Char('0')));
+                           .arg(kVersionMajor)
+                           .arg(kVersionMinor, 2, 10, QLatin1Char('0')));
     EXPECT_TRUE(copyright.startsWith(QStringLiteral("Copyright")));
 }
 
