@@ -13,6 +13,9 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QToolTip>
+#include <QWheelEvent>
+
+#include <cstdlib>
 
 namespace tarvix::testing {
 namespace {
@@ -233,6 +236,33 @@ TEST_F(ViewWindowsTest, KeysZoomAndScrollAndScrollingDrawsOnlyWhatCameIntoView)
 
     Press(Qt::Key_0);
     EXPECT_DOUBLE_EQ(view.Scale().pixelsPerBeat, fitted);
+}
+
+TEST_F(ViewWindowsTest, WheelZoomsAroundThePointerAndScrolls)
+{
+    CPianoRollWindow* window = OpenRollOfPart3();
+    ASSERT_NE(window, nullptr);
+    CPianoRollView& view = window->View();
+    auto wheel = [&view](QPoint at, int delta, Qt::KeyboardModifiers modifiers) {
+        QWheelEvent event(at, view.viewport()->mapToGlobal(at), {}, {0, delta}, Qt::NoButton,
+                          modifiers, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view.viewport(), &event);
+        ProcessEvents();
+    };
+    const QPoint pointer(view.viewport()->width() / 3, 40);
+    const std::uint32_t under = view.Scale().XToClock(pointer.x());
+    const double before = view.Scale().pixelsPerBeat;
+    wheel(pointer, 120, Qt::ControlModifier);
+    wheel(pointer, 120, Qt::ControlModifier);
+    EXPECT_GT(view.Scale().pixelsPerBeat, before);
+    // The clock under the pointer stays under it, to the pixel.
+    EXPECT_LE(std::abs(view.Scale().ClockToX(under) - pointer.x()), 1);
+    const int at = view.horizontalScrollBar()->value();
+    wheel(pointer, -120, Qt::ShiftModifier);
+    EXPECT_GT(view.horizontalScrollBar()->value(), at);
+    const int pitchAt = view.verticalScrollBar()->value();
+    wheel(pointer, -120, Qt::NoModifier);
+    EXPECT_GT(view.verticalScrollBar()->value(), pitchAt);
 }
 
 TEST_F(ViewWindowsTest, SongArrangementShowsStepsAsWideAsTheirParts)
