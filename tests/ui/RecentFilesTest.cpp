@@ -4,7 +4,7 @@
 #include "framework/MessageBox.h"
 #include "framework/RecentFileList.h"
 #include "framework/WindowPlacement.h"
-#include "transport/settings/SettingsKey.h"
+#include "settings/SettingsKey.h"
 
 #include <QAction>
 #include <QFile>
