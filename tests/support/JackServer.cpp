@@ -105,9 +105,9 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
     // clearing and refilling, and MIDI events vanish or come out mixed: on a
     // loaded test machine, where no client runs in real time, that happens
     // at random. In sync mode a late client only makes the period longer.
-    if (!m_jackd->Start({jackd, "--no-realtime", "-S", "-t", kClientTimeoutMs, "-n", name, "-d",
-                         "dummy"},
-                        options)) {
+    if (!m_jackd->Start(
+            {jackd, "--no-realtime", "-S", "-t", kClientTimeoutMs, "-n", name, "-d", "dummy"},
+            options)) {
         error = "cannot start jackd";
         return false;
     }
