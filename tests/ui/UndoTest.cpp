@@ -18,7 +18,9 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QGuiApplication>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QTest>
 #include <QToolBar>
 
 #include <functional>
@@ -313,6 +315,35 @@ TEST_F(UndoTest, KeysAndToolbarReachUndoAndRedo)
     SelectInList({NodeKind::Song, 7}, {0});
     TriggerAction("editInsertStep");
     EXPECT_EQ(FindAction("editUndo")->toolTip(), QStringLiteral("Undo Insert Step"));
+}
+
+TEST_F(UndoTest, TheKeysUndoTypingWhileANameIsEditedAndTheDocumentOtherwise)
+{
+    CTreePane& tree = Frame().Tree();
+    CNavigationModel& model = tree.Model();
+    model.setData(model.IndexOf({NodeKind::Part, 3}), QStringLiteral("Lead"));
+    tree.SelectNode({NodeKind::Part, 5});
+    Frame().SwitchPane(Pane::Tree);
+    Frame().activateWindow();
+    tree.edit(tree.currentIndex());
+    ProcessEvents();
+    auto* editor = qobject_cast<QLineEdit*>(tree.indexWidget(tree.currentIndex()));
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClicks(editor, QStringLiteral("Hook"));
+    QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
+    ProcessEvents();
+    EXPECT_EQ(editor->text(), QString());
+    EXPECT_EQ(Memory().Part(3).name, "Lead");
+
+    QTest::keyClick(editor, Qt::Key_Escape);
+    ProcessEvents();
+    ASSERT_FALSE(tree.IsEditingLabel());
+    QTest::keyClick(&tree, Qt::Key_Z, Qt::ControlModifier);
+    ProcessEvents();
+    EXPECT_EQ(Memory().Part(3).name, "Bass line");
+    QTest::keyClick(&tree, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    ProcessEvents();
+    EXPECT_EQ(Memory().Part(3).name, "Lead");
 }
 
 TEST_F(UndoTest, AHundredStepsGoBackOneByOne)
