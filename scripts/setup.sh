@@ -11,6 +11,7 @@ packages=(
     qt6-base-dev                     # QtCore settings store (and later the editor)
     libqt6svg6                       # the editor's SVG icons
     python3-mido midicsv             # outside peers for the MIDI file tests
+    timidity freepats                # plays the exported songs to audio in the MIDI file tests
     libasound2-dev libjack-jackd2-dev pkg-config  # ALSA and JACK MIDI backends
     jackd2                           # a real JACK server for the MIDI driver and e2e tests
     xvfb xauth xdotool imagemagick   # scripts/screenshot.sh: the editor on a virtual screen

@@ -1,5 +1,6 @@
 #include "midifile/ImportTrackList.h"
 
+#include "midifile/DeviceTrackMark.h"
 #include "midifile/MidiFileStream.h"
 #include "midifile/MidiImport.h"
 
@@ -71,7 +72,8 @@ std::vector<bool> GetInitialTicks(const CMidiFile& file)
     ticks.reserve(file.tracks.size());
     for (const auto& track : file.tracks)
         ticks.push_back(track && (FindEventOfKind(*track, CMidiEvent::kChannel, 0) != nullptr ||
-                                  FindEventOfKind(*track, CMidiEvent::kSysex, 0) != nullptr));
+                                  FindEventOfKind(*track, CMidiEvent::kSysex, 0) != nullptr ||
+                                  HasDeviceTrackMark(*track)));
     return ticks;
 }
 

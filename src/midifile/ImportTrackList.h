@@ -38,7 +38,9 @@ bool LoadImportFile(CMidiImport& request);
 // that it must be loaded again.
 bool ExplodeChangeReloads(bool wasSplit, const CMidiFile& file);
 
-// A row starts ticked when its track holds a channel or a SysEx event.
+// A row starts ticked when its track holds a channel or a SysEx event, or
+// stands for a device track in one of our exports (even an empty one, so
+// that the tracks after it keep their places).
 std::vector<bool> GetInitialTicks(const CMidiFile& file);
 
 // Gives the ticked tracks, in row order, the device tracks the mask permits,

@@ -37,8 +37,6 @@ void CMidiTrackBuilder::Add(std::uint64_t tick, std::uint8_t rank, std::unique_p
 {
     if (!event)
         return;
-    if (event->GetKind() != CMidiEvent::kMeta)
-        ++m_messageCount;
     m_entries.push_back(Entry{tick, rank, std::move(event)});
 }
 
@@ -71,7 +69,6 @@ std::unique_ptr<CMidiTrack> CMidiTrackBuilder::Build(std::uint64_t endTick)
     }
     AppendAfter(*track, std::max(endTick, now) - now, MakeMeta(0, CMidiMetaEvent::kTypeEndOfTrack));
     m_entries.clear();
-    m_messageCount = 0;
     return track;
 }
 

@@ -26,9 +26,6 @@ public:
     void AddChannel(std::uint64_t tick, std::uint8_t rank, std::uint8_t status, std::uint8_t data1,
                     std::uint8_t data2 = 0);
 
-    // True once a channel or SysEx event was added.
-    bool HasMessages() const { return m_messageCount != 0; }
-
     // The track, with "End of track" at endTick or at the last event,
     // whichever is later. The builder is left empty.
     std::unique_ptr<CMidiTrack> Build(std::uint64_t endTick);
@@ -41,7 +38,6 @@ private:
     };
 
     std::vector<Entry> m_entries;
-    std::size_t m_messageCount = 0;
 };
 
 } // namespace tarvix

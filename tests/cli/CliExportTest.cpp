@@ -72,6 +72,29 @@ TEST_F(CliExportTest, EverySelectionWritesWhatTheEditorWould)
     EXPECT_EQ(files.size(), std::size(cases)); // each selection made its own file
 }
 
+TEST_F(CliExportTest, TheTempoOptionSetsTheFilesTempo)
+{
+    MidiExportOptions options;
+    options.tempo = 90;
+    const std::string expected = m_folder.File("expected.mid");
+    for (const Words& words : {Words{"--part", "2"}, Words{"--song", "1"}}) {
+        const MidiSelection selection = words[0] == "--part" ? MidiSelection{Kind::Part, 2, {}}
+                                                             : MidiSelection{Kind::Song, 1, {}};
+        std::string error;
+        ASSERT_TRUE(RunExport(m_memory, selection, expected, error, options)) << error;
+        Words withTempo = words;
+        withTempo.insert(withTempo.end(), {"--tempo", "90"});
+        const CliResult result = Export(withTempo);
+        EXPECT_EQ(result.exitCode, 0) << Describe(result);
+        EXPECT_EQ(ReadAllBytes(m_mid), ReadAllBytes(expected));
+    }
+    for (const char* tempo : {"19", "256", "fast", ""}) {
+        const CliResult result = Export({"--part", "2", "--tempo", tempo});
+        EXPECT_EQ(result.exitCode, 2) << Describe(result);
+        EXPECT_NE(result.err.find("invalid tempo"), std::string::npos) << result.err;
+    }
+}
+
 TEST_F(CliExportTest, NothingToExportWritesNothing)
 {
     for (const auto& [words, message] : {std::pair<Words, const char*>{{"--part", "50"}, kNothingToExportParts},

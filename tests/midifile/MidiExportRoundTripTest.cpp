@@ -3,6 +3,7 @@
 #include "ExportTestSupport.h"
 #include "MidoPeer.h"
 
+#include "midifile/ImportTrackList.h"
 #include "model/EventBuilders.h"
 #include "model/Mmt8Memory.h"
 #include "support/TempDir.h"
@@ -115,15 +116,31 @@ void ApplyNoteRule(const std::vector<std::pair<std::uint64_t, CMmt8Event*>>& eve
     }
 }
 
-// What the import gives back of parts exported one after another: the note
+// The device plays the channel events of a track whose channel is set on
+// that channel, and so does the file.
+void ForceChannels(CMmt8Part& part)
+{
+    for (auto& track : part.tracks) {
+        if (track.channel < 1 || track.channel > kMaxTrackChannel)
+            continue;
+        for (auto& event : track.events)
+            if (event->GetTypeCode() != kSysexEventType)
+                event->channel = static_cast<std::uint8_t>(track.channel - 1);
+    }
+}
+
+// What the import gives back of parts exported one after another: the
+// forced channels on the events, the note
 // rule over each whole file track, a length measured to the last event, the
 // marker's name when there are several parts, and the last channel given to
 // each track.
 CMmt8Memory ExpectedBack(const CMmt8Memory& original, const std::vector<int>& parts)
 {
     CMmt8Memory expected;
-    for (const int part : parts)
+    for (const int part : parts) {
         expected.Part(part) = original.Part(part);
+        ForceChannels(expected.Part(part));
+    }
     for (int track = 0; track < kTracksPerPart; ++track) {
         std::vector<std::pair<std::uint64_t, CMmt8Event*>> events;
         std::uint64_t offset = 0;
@@ -249,6 +266,42 @@ TEST(MidiExportRoundTripTest, NamesAndLengthsComeBackAsTheImportMeasuresThem)
     EXPECT_EQ(back.Part(4).name, "SILENCE");
 }
 
+// Device tracks without events send nothing, yet still hold their places:
+// the import ticks every track an export made for a device track, and only
+// those.
+TEST(MidiExportRoundTripTest, EmptyDeviceTracksKeepTheirPlaces)
+{
+    CMmt8Memory original;
+    original.Part(6).beats = 1;
+    original.Part(6).name = "PADS";
+    original.Part(6).tracks[5] = TrackOf(0, Note(10, 60, 20));
+    const Bytes bytes = ExportedBytes(original, Select(Kind::Part, 6));
+    EXPECT_EQ(GetInitialTicks(ReadMidi(bytes)), std::vector<bool>(
+                                                    {false, true, true, true, true, true, true, true, true}));
+
+    // A track marked by some other program stays unticked.
+    CMidiFile other = ReadMidi(bytes);
+    auto& mark = static_cast<CMidiMetaEvent&>(*other.tracks[1]->events[1]);
+    const std::uint8_t otherData[] = {0x7D, 'O', 't', 'h', 'e', 'r'};
+    mark.SetData(otherData);
+    EXPECT_FALSE(GetInitialTicks(other)[1]);
+
+    CMmt8Memory back;
+    for (int part : {6, 9}) {
+        back.Part(part).beats = 1;
+        for (auto& track : back.Part(part).tracks)
+            track = TrackOf(0, Make<CMmt8ProgramEvent>(0, 0, 1));
+    }
+    ImportBack(back, Select(Kind::Part, 6), bytes);
+    EXPECT_TRUE(SamePart(original.Part(6), back.Part(6)));
+    // The selected tracks of another part: tracks 2 and 6 of part 6 go to
+    // tracks 3 and 4, whatever they held.
+    ImportBack(back, Select(Kind::PartTracks, 9, {2, 3}),
+               ExportedBytes(original, Select(Kind::PartTracks, 6, {1, 5})));
+    EXPECT_EQ(back.Part(9).tracks[2].events.size(), 0u);
+    EXPECT_TRUE(test::SameTrack(original.Part(6).tracks[5], back.Part(9).tracks[3]));
+}
+
 // mido's reading of a file we wrote, event for event and as a sequencer's
 // notes (each note-off ending the earliest open note of its key).
 struct MidoView {
@@ -269,8 +322,9 @@ MidoView ReadWithMido(const Bytes& bytes)
 }
 
 // The notes a sequencer should show for an exported part.
-std::string SequencerNotes(const CMmt8Part& part)
+std::string SequencerNotes(CMmt8Part part)
 {
+    ForceChannels(part);
     std::string text = "track\n";
     for (const auto& track : part.tracks) {
         text += "track\n";

@@ -25,6 +25,21 @@ using Kind = MidiSelectionKind;
 
 Lines Names(const char* name) { return {std::string("0 meta 03 \"") + name + "\""}; }
 
+// A device track's name and the mark that keeps its place on import.
+Lines DeviceTrack(int number)
+{
+    return {"0 meta 03 \"Track " + std::to_string(number) + "\"", "0 meta 7f 7d 54 61 72 76 69 78"};
+}
+
+// A time signature of beats quarter notes a bar.
+std::string Bar(std::uint64_t tick, int beats)
+{
+    return std::to_string(tick) + " meta 58 0" + std::to_string(beats) + " 02 18 08";
+}
+
+const std::string kFourFour = Bar(0, 4);
+const std::string kTempo120 = "0 meta 51 07 a1 20";
+
 Lines Concat(std::initializer_list<Lines> parts)
 {
     Lines all;
@@ -57,22 +72,22 @@ TEST(MidiExportTest, APartBecomesANamedFirstTrackAndOneTrackPerDeviceTrack)
     ASSERT_EQ(file.header.trackCount, 9);
     ASSERT_EQ(file.tracks.size(), 9u);
 
+    // Parts play at 120 in bars of four beats.
     EXPECT_EQ(Timeline(*file.tracks[0]),
-              Concat({Names("VERSE"), {"0 meta 06 \"VERSE\"", "384 meta 2f"}}));
-    // The track's channel rides in a channel prefix; the events keep their own.
-    // The note-off at 96 comes before the other messages of its tick.
+              Concat({Names("VERSE"), {kFourFour, kTempo120, "0 meta 06 \"VERSE\"", "384 meta 2f"}}));
+    // The forced channel 3 goes on every channel event, whatever channel it
+    // was recorded on, and into a channel prefix for the import. The note-off
+    // at 96 comes before the other messages of its tick.
     EXPECT_EQ(Timeline(*file.tracks[1]),
-              Concat({Names("Track 1"),
-                      {"0 meta 20 02", "0 90 3c 64", "0 b0 07 64", "48 c1 05", "96 80 3c 40",
-                       "96 d1 40", "96 e2 34 12", "300 90 3e 5a", "500 80 3e 40", "500 meta 2f"}}));
+              Concat({DeviceTrack(1),
+                      {"0 meta 20 02", "0 92 3c 64", "0 b2 07 64", "48 c2 05", "96 82 3c 40",
+                       "96 d2 40", "96 e2 34 12", "300 92 3e 5a", "500 82 3e 40", "500 meta 2f"}}));
     EXPECT_EQ(Timeline(*file.tracks[2]),
-              Concat({Names("Track 2"), {"10 f0 41 10 42 12 f7", "384 meta 2f"}}));
-    // An empty device track holds an empty SysEx message, so that the import
-    // ticks it and it keeps its place.
-    for (std::size_t track = 3; track < 9; ++track)
-        EXPECT_EQ(Timeline(*file.tracks[track]),
-                  Concat({Lines{"0 meta 03 \"Track " + std::to_string(track) + "\""},
-                          {"0 f0 f7", "384 meta 2f"}}));
+              Concat({DeviceTrack(2), {"10 f0 41 10 42 12 f7", "384 meta 2f"}}));
+    // An empty device track sends nothing: its name and mark only.
+    for (int track = 3; track < 9; ++track)
+        EXPECT_EQ(Timeline(*file.tracks[static_cast<std::size_t>(track)]),
+                  Concat({DeviceTrack(track), {"384 meta 2f"}}));
 }
 
 // One key (channel 0, note 60) played over itself, a note without length,
@@ -86,7 +101,7 @@ TEST(MidiExportTest, NotesOfOneKeyNeverOverlap)
                              Note(150, 60, 0), Note(200, 60, 40, 0, 0), Untimed(Note(200, 61, 10, 1)));
     const CMidiFile file = Exported(memory, Select(Kind::Part, 0));
     EXPECT_EQ(Timeline(*file.tracks[1]),
-              Concat({Names("Track 1"),
+              Concat({DeviceTrack(1),
                       {"0 90 3c 64", "0 91 3c 64", "100 80 3c 40", "100 90 3c 64", "150 80 3c 40",
                        "150 90 3c 64", "150 80 3c 40", "200 91 3d 64", "210 81 3d 40",
                        "300 81 3c 40", "384 meta 2f"}}));
@@ -108,7 +123,7 @@ TEST(MidiExportTest, SysexPiecesAreJoinedIntoTheirMessages)
                              piece(6, 7, 8, 9), piece(7, 0x0A, f, 0x0B), piece(8, 0x05, 0xFF, 0x81));
     const CMidiFile file = Exported(memory, Select(Kind::Part, 0));
     EXPECT_EQ(Timeline(*file.tracks[1]),
-              Concat({Names("Track 1"),
+              Concat({DeviceTrack(1),
                       {"0 f0 41 10 42 12 f7", "0 f0 43 10 4c 00 00 7e 00 01 f7", "5 f0 01 02 03 f7",
                        "5 b0 01 02", "5 f0 04 05 06 f7", "6 f0 07 08 09 f7", "7 f0 0a f7",
                        "8 f0 05 7f 01 f7", "96 meta 2f"}}));
@@ -127,12 +142,14 @@ TEST(MidiExportTest, PartsFollowEachOtherEachAfterItsMarker)
     memory.Part(9).tracks[0] = TrackOf(16, Make<CMmt8ProgramEvent>(5, 0, 3));
 
     const CMidiFile file = Exported(memory, Select(Kind::Parts, 0, {9, 3, 2, 7}));
-    EXPECT_EQ(Timeline(*file.tracks[0]), (Lines{"0 meta 06 \" END\"", "96 meta 06 \"INTRO\"",
-                                               "288 meta 06 \"Part 07\"", "576 meta 2f"}));
+    // Each part makes a bar of its beats (part 7's grows to hold its event).
+    EXPECT_EQ(Timeline(*file.tracks[0]),
+              (Lines{Bar(0, 1), kTempo120, "0 meta 06 \" END\"", Bar(96, 2), "96 meta 06 \"INTRO\"",
+                     Bar(288, 3), "288 meta 06 \"Part 07\"", "576 meta 2f"}));
     EXPECT_EQ(Timeline(*file.tracks[1]),
-              Concat({Names("Track 1"), {"0 meta 20 0f", "5 c0 03", "96 meta 20 03", "96 c0 01",
-                                         "488 c0 02", "576 meta 2f"}}));
-    EXPECT_EQ(Exported(memory, Select(Kind::AllParts)).tracks[0]->events.size(), 4u);
+              Concat({DeviceTrack(1), {"0 meta 20 0f", "5 cf 03", "96 meta 20 03", "96 c3 01",
+                                       "488 c0 02", "576 meta 2f"}}));
+    EXPECT_EQ(Exported(memory, Select(Kind::AllParts)).tracks[0]->events.size(), 8u);
 }
 
 // Song 4 plays part 1 whole, track 1 of part 2, then track 2 of part 1.
@@ -161,18 +178,19 @@ TEST(MidiExportTest, ASongSoundsAsTheDevicePlaysIt)
     const CMidiFile file = Exported(memory, Select(Kind::Song, 4));
     ASSERT_EQ(file.tracks.size(), 9u);
     EXPECT_EQ(Timeline(*file.tracks[0]),
-              Concat({Names("SONG"), {"0 meta 51 07 a1 20", "0 meta 06 \"A\"", "192 meta 06 \"B\"",
-                                      "288 meta 06 \"A\"", "480 meta 2f"}}));
+              Concat({Names("SONG"), {Bar(0, 2), kTempo120, "0 meta 06 \"A\"", Bar(192, 1),
+                                      "192 meta 06 \"B\"", Bar(288, 2), "288 meta 06 \"A\"",
+                                      "480 meta 2f"}}));
     // Forced channel 5 on part 1's first track, its note cut at the part's
-    // end; no channel prefix.
+    // end; part 2's track is not forced and keeps the note's channel.
     EXPECT_EQ(Timeline(*file.tracks[1]),
-              Concat({Names("Track 1"), {"0 94 3c 64", "100 b4 07 01", "192 84 3c 40",
+              Concat({DeviceTrack(1), {"0 meta 20 04", "0 94 3c 64", "100 b4 07 01", "192 84 3c 40",
                                          "192 99 3e 64", "240 89 3e 40", "480 meta 2f"}}));
     // The program at 200 lies past part 1's two beats: the device never plays it.
     EXPECT_EQ(Timeline(*file.tracks[2]),
-              Concat({Names("Track 2"), {"10 97 40 64", "30 87 40 40", "298 97 40 64",
+              Concat({DeviceTrack(2), {"10 97 40 64", "30 87 40 40", "298 97 40 64",
                                          "318 87 40 40", "480 meta 2f"}}));
-    EXPECT_EQ(Timeline(*file.tracks[3]), Concat({Names("Track 3"), {"0 f0 f7", "480 meta 2f"}}));
+    EXPECT_EQ(Timeline(*file.tracks[3]), Concat({DeviceTrack(3), {"480 meta 2f"}}));
 }
 
 TEST(MidiExportTest, SongsFollowEachOtherWithTheirTempiAndNames)
@@ -185,10 +203,11 @@ TEST(MidiExportTest, SongsFollowEachOtherWithTheirTempiAndNames)
     const CMidiFile file = Exported(memory, Select(Kind::Songs, 0, {4, 5, 6}));
     EXPECT_EQ(Timeline(*file.tracks[0]),
               Concat({Names("SONG"),
-                      {"0 meta 51 07 a1 20", "0 meta 01 \"SONG\"", "0 meta 06 \"A\"",
-                       "192 meta 06 \"B\"", "288 meta 06 \"A\"", "480 meta 51 0a 2c 2a",
-                       "480 meta 01 \"OTHER\"", "480 meta 06 \"B\"", "576 meta 2f"}}));
-    EXPECT_EQ(Exported(memory, Select(Kind::AllSongs)).tracks[0]->events.size(), 10u);
+                      {Bar(0, 2), kTempo120, "0 meta 01 \"SONG\"", "0 meta 06 \"A\"", Bar(192, 1),
+                       "192 meta 06 \"B\"", Bar(288, 2), "288 meta 06 \"A\"", Bar(480, 1),
+                       "480 meta 51 0a 2c 2a", "480 meta 01 \"OTHER\"", "480 meta 06 \"B\"",
+                       "576 meta 2f"}}));
+    EXPECT_EQ(Exported(memory, Select(Kind::AllSongs)).tracks[0]->events.size(), 14u);
 }
 
 TEST(MidiExportTest, ChosenStepsPlayInTheChosenOrder)
@@ -197,10 +216,10 @@ TEST(MidiExportTest, ChosenStepsPlayInTheChosenOrder)
     FillSong(memory);
     const CMidiFile file = Exported(memory, Select(Kind::Steps, 4, {2, 0, 7}));
     EXPECT_EQ(Timeline(*file.tracks[0]),
-              Concat({Names("SONG"), {"0 meta 51 07 a1 20", "0 meta 06 \"A\"", "192 meta 06 \"A\"",
+              Concat({Names("SONG"), {Bar(0, 2), kTempo120, "0 meta 06 \"A\"", "192 meta 06 \"A\"",
                                       "384 meta 2f"}}));
     EXPECT_EQ(Timeline(*file.tracks[1]),
-              Concat({Names("Track 1"), {"192 94 3c 64", "292 b4 07 01", "384 84 3c 40",
+              Concat({DeviceTrack(1), {"192 meta 20 04", "192 94 3c 64", "292 b4 07 01", "384 84 3c 40",
                                          "384 meta 2f"}}));
 }
 
@@ -255,12 +274,12 @@ TEST(MidiExportTest, LongSilencesStayReadable)
 
     Lines song = Timeline(*readBack(Select(Kind::Song, 0)).tracks[1]);
     EXPECT_EQ(std::erase(song, std::to_string(1 + 0x1FFFFF) + " meta 01 \"\""), 1u);
-    EXPECT_EQ(song, Concat({Names("Track 1"),
+    EXPECT_EQ(song, Concat({DeviceTrack(1),
                             {"0 90 3c 64", "1 80 3c 40", std::to_string(last) + " 90 3c 64",
                              std::to_string(last + 1) + " 80 3c 40",
                              std::to_string(last + 65472) + " meta 2f"}}));
     EXPECT_EQ(Timeline(*readBack(Select(Kind::Parts, 0, {1, 2})).tracks[1]),
-              Concat({Names("Track 1"), {"0 90 3c 64", "1 80 3c 40", "65535 meta 01 \"\"",
+              Concat({DeviceTrack(1), {"0 90 3c 64", "1 80 3c 40", "65535 meta 01 \"\"",
                                          "65536 90 3c 64", "65537 80 3c 40", "65568 meta 2f"}}));
 }
 

@@ -5,12 +5,11 @@
 
 namespace tarvix::testing {
 
-PeerRun RunMidoPeer(const std::string& command, const std::string& path)
+PeerRun RunPeerCommand(const std::string& line)
 {
-    const std::string line = "/usr/bin/python3 '" TARVIX_MIDO_PEER "' " + command + " '" + path +
-                             "' 2>&1";
     PeerRun run;
-    std::FILE* pipe = popen(line.c_str(), "r");
+    const std::string both = line + " 2>&1";
+    std::FILE* pipe = popen(both.c_str(), "r");
     if (pipe == nullptr)
         return run;
     char buffer[4096];
@@ -20,6 +19,12 @@ PeerRun RunMidoPeer(const std::string& command, const std::string& path)
     const int status = pclose(pipe);
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return run;
+}
+
+PeerRun RunMidoPeer(const std::string& command, const std::string& path, const std::string& words)
+{
+    return RunPeerCommand("/usr/bin/python3 '" TARVIX_MIDO_PEER "' " + command + " '" + path +
+                          "' " + words);
 }
 
 } // namespace tarvix::testing

@@ -5,6 +5,10 @@
                              FOLDER/NAME.txt, mido's listing of it
   mido_peer.py list FILE     prints mido's listing of FILE
   mido_peer.py notes FILE    prints the notes of FILE as a sequencer shows them
+  mido_peer.py play FILE     prints what a player makes of FILE (below)
+  mido_peer.py tone FILE BPM BEATS
+                             writes a file of one note (piano, middle C,
+                             velocity 100) lasting BEATS beats at BPM
 
 The listing is one line per event, as the C++ tests print theirs:
   header FORMAT TRACKS DIVISION / track / DELTA channel STATUS DATA..
@@ -17,6 +21,12 @@ The notes are one line per note, by start: START LENGTH CHANNEL NOTE VELOCITY
 (absolute ticks), each note-off ending the earliest open note of its channel
 and note number, as most sequencers pair them; a note never ended has the
 length "open". Each track starts with a line "track".
+
+The play summary: "seconds S" (the playing time mido computes, to the
+microsecond), the first track's time signatures, tempi (BPM) and markers
+as "TICK time_signature N/D", "TICK tempo BPM", "TICK marker TEXT", then per
+track "track NAME end TICK channels C.. sysex N empty-sysex N" (channels
+counted from 1, in the order first heard).
 """
 import os
 import random
@@ -73,6 +83,44 @@ def notes(midi):
                     note[1] = now - note[0]
         lines.extend("%d %s %d %d %d" % tuple(note) for note in found)
     return "\n".join(lines) + "\n"
+
+
+def play(midi):
+    lines = ["seconds %.6f" % midi.length]
+    now = 0
+    for message in midi.tracks[0]:
+        now += message.time
+        if message.type == "time_signature":
+            lines.append("%d time_signature %d/%d" % (now, message.numerator, message.denominator))
+        elif message.type == "set_tempo":
+            lines.append("%d tempo %.3f" % (now, mido.tempo2bpm(message.tempo)))
+        elif message.type == "marker":
+            lines.append("%d marker %s" % (now, message.text))
+    for track in midi.tracks:
+        now = 0
+        channels = []
+        sysex = empty = 0
+        for message in track:
+            now += message.time
+            if message.type == "sysex":
+                sysex += 1
+                empty += len(message.data) == 0
+            elif not message.is_meta and message.channel + 1 not in channels:
+                channels.append(message.channel + 1)
+        lines.append("track %s end %d channels %s sysex %d empty-sysex %d" % (
+            track.name or "-", now, ",".join(map(str, channels)) or "-", sysex, empty))
+    return "\n".join(lines) + "\n"
+
+
+def tone(path, bpm, beats):
+    midi = mido.MidiFile(type=1, ticks_per_beat=96)
+    track = mido.MidiTrack()
+    track.append(mido.MetaMessage("set_tempo", tempo=mido.bpm2tempo(bpm)))
+    track.append(mido.Message("program_change", program=0))
+    track.append(mido.Message("note_on", note=60, velocity=100))
+    track.append(mido.Message("note_off", note=60, velocity=64, time=96 * beats))
+    midi.tracks.append(track)
+    midi.save(path)
 
 
 def meta_of_each_kind():
@@ -183,6 +231,10 @@ def main(arguments):
         sys.stdout.write(listing(mido.MidiFile(arguments[1])))
     elif len(arguments) == 2 and arguments[0] == "notes":
         sys.stdout.write(notes(mido.MidiFile(arguments[1])))
+    elif len(arguments) == 2 and arguments[0] == "play":
+        sys.stdout.write(play(mido.MidiFile(arguments[1])))
+    elif len(arguments) == 4 and arguments[0] == "tone":
+        tone(arguments[1], int(arguments[2]), int(arguments[3]))
     else:
         sys.stderr.write(__doc__)
         return 2

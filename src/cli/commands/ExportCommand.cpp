@@ -17,7 +17,10 @@ public:
     std::vector<const char*> PositionalNames() const override { return {"FILE.syx"}; }
     std::vector<OptionSpec> Options() const override
     {
-        std::vector<OptionSpec> options = {{"-o", true, "the .mid file to write", true}};
+        std::vector<OptionSpec> options = {
+            {"-o", true, "the .mid file to write", true},
+            {"--tempo", true,
+             "beats per minute (20-255) instead of each song's own, or 120 for parts"}};
         for (const OptionSpec& option : SelectionOptions())
             options.push_back(option);
         return options;
@@ -29,12 +32,20 @@ public:
         std::string error;
         if (!ParseSelection(arguments, selection, error))
             return UsageError(*this, error, output);
+        MidiExportOptions options;
+        if (arguments.Has("--tempo")) {
+            int tempo = 0;
+            if (!ParseNumber(arguments.Value("--tempo"), "tempo", static_cast<int>(kMinTempo),
+                             static_cast<int>(kMaxTempo), tempo, error))
+                return UsageError(*this, error, output);
+            options.tempo = static_cast<std::uint32_t>(tempo);
+        }
         CMmt8Memory memory;
         if (!LoadDocument(memory, arguments.positionals[0], output))
             return kExitFailure;
         if (!CheckSelectedSteps(memory, selection, error))
             return UsageError(*this, error, output);
-        if (!RunExport(memory, selection, arguments.Value("-o"), error)) {
+        if (!RunExport(memory, selection, arguments.Value("-o"), error, options)) {
             std::fputs(error.c_str(), output.err);
             return kExitFailure;
         }
