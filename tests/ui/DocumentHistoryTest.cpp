@@ -107,6 +107,8 @@ TEST(DocumentHistoryTest, AHundredStepsOfAFullDeviceFitTheBudget)
         });
     EXPECT_EQ(history.StepCount(), 100u);
     EXPECT_LE(history.Bytes(), CDocumentHistory::kByteBudget);
+    // The figure the budget was sized by: a whole device's records, both ways.
+    EXPECT_LT(history.Bytes() / history.StepCount(), std::size_t{160} << 10);
     for (int step = 0; step < 100; ++step)
         ASSERT_TRUE(history.Undo());
     EXPECT_EQ(DeviceBytes(memory), full.dump);
