@@ -4,6 +4,7 @@
 #include "model/Mmt8Memory.h"
 #include "model/SysexDump.h"
 #include "support/FullMemory.h"
+#include "support/RandomDocument.h"
 
 #include <gtest/gtest.h>
 
@@ -43,8 +44,8 @@ TEST(DocumentHistoryTest, AStepHoldsOnlyWhatChangedAndNestedChangesAreOne)
         history.Record(kEdit, [&] { memory.SetSongName(2, "Two"); });
     });
     EXPECT_EQ(history.StepCount(), 1u);
-    // Two records, before and after: far less than the whole document.
-    EXPECT_LT(history.Bytes(), 200u);
+    // Two records, before and after: a part and a song, not all 201.
+    EXPECT_LT(history.Bytes(), 400u);
     // Records that did not change are left alone by the undo.
     memory.SetPartName(50, "Untouched");
     ASSERT_TRUE(history.Undo());
@@ -54,6 +55,31 @@ TEST(DocumentHistoryTest, AStepHoldsOnlyWhatChangedAndNestedChangesAreOne)
     ASSERT_TRUE(history.Redo());
     EXPECT_EQ(memory.Song(2).name, "Two");
     EXPECT_FALSE(history.Redo());
+}
+
+TEST(DocumentHistoryTest, UndoPutsBackExactlyWhatWasThereEvenWhatAPasteWouldRefuse)
+{
+    for (unsigned seed : {1u, 2u, 3u}) {
+        CMmt8Memory memory;
+        std::mt19937 random(seed);
+        FillRandomDocument(memory, random);
+        // What a damaged dump loads: a length and a channel no dialog offers.
+        memory.Part(1).beats = 9998;
+        memory.Part(1).tracks[3].channel = 200;
+        const CMmt8Memory original = memory;
+        CDocumentHistory history(memory);
+        history.Record(kEdit, [&] {
+            memory.InitMemory();
+            memory.globalBlock[100] ^= 0xFF;
+        });
+        ASSERT_TRUE(history.Undo());
+        EXPECT_EQ(DescribeDifference(original, memory), "") << "seed " << seed;
+        EXPECT_EQ(memory.Part(1).beats, 9998u);
+        EXPECT_EQ(memory.Part(1).tracks[3].channel, 200);
+        EXPECT_EQ(memory.globalBlock, original.globalBlock);
+        ASSERT_TRUE(history.Redo());
+        EXPECT_TRUE(memory.Part(1).IsEmpty());
+    }
 }
 
 TEST(DocumentHistoryTest, TheOldestStepsGoWhenTheBudgetIsFullAndWithThemTheCleanPoint)

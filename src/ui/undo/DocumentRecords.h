@@ -8,10 +8,10 @@ namespace tarvix {
 
 class CMmt8Memory;
 
-// The document cut into its records, each in the stream form the clipboard
-// also uses: the global block, then the 100 parts, then the 100 songs. Two
-// takes compare record by record, so a change is found without knowing
-// which command made it.
+// The document cut into its records, each as bytes that hold it exactly:
+// the global block, then the 100 parts, then the 100 songs. Two takes
+// compare record by record, so a change is found without knowing which
+// command made it.
 using RecordBytes = std::vector<std::uint8_t>;
 using DocumentRecords = std::vector<RecordBytes>;
 
