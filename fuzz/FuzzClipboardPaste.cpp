@@ -80,6 +80,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     if (Kept(records) > records.count)
         fuzzing::FailFuzzCheck("more records kept than the block held");
+    // What a paste may place is what the editor itself could have made.
+    const auto checkTrack = [](const CMmt8Track& track) {
+        if (track.channel > kMaxTrackChannel)
+            fuzzing::FailFuzzCheck("a track on channel " + std::to_string(track.channel) +
+                                   " was read");
+    };
+    for (const CMmt8Part& part : records.parts) {
+        if (part.beats > kMaxBeats)
+            fuzzing::FailFuzzCheck("a part of " + std::to_string(part.beats) + " beats was read");
+        for (const CMmt8Track& track : part.tracks)
+            checkTrack(track);
+    }
+    for (const CMmt8Track& track : records.tracks)
+        checkTrack(track);
 
     CMmt8Memory pasted;
     MakeBase(pasted, selector);

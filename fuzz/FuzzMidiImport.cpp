@@ -1,6 +1,7 @@
-// Standard MIDI Files from outside, imported into a document: whatever the
-// import makes is either written as a dump that loads back as the same
-// document, or refused cleanly.
+// Standard MIDI Files from outside, imported into a document: no part gets
+// more than 682 beats, and whatever the import makes is either written as a
+// dump that loads back as the same document, or refused cleanly after the
+// import's preview warned about it.
 #include "FuzzFailure.h"
 #include "SavedForm.h"
 
@@ -48,9 +49,9 @@ void Configure(CMidiImport& request, std::uint8_t control)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static CMmt8Memory imported;
+    static CMmt8Memory empty;
+    static CImportPreview preview;
     static CMmt8Memory reloaded;
-    imported.InitMemory();
 
     CMidiImport request;
     request.sourcePath = "fuzz.mid";
@@ -58,13 +59,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CMidiFileStream stream(std::span<const std::uint8_t>(data, size));
     LoadImportFile(request, stream);
     AssignDeviceTracks(request.file, GetInitialTicks(request.file), request.trackMask);
-    if (!RunImport(request, imported))
+    if (!PreviewImport(request, empty, preview))
         fuzzing::FailFuzzCheck("the import refused destinations it was given");
+    CMmt8Memory& imported = preview.result;
+    for (int part = 0; part < kPartCount; ++part)
+        if (imported.Part(part).beats > kMaxBeats)
+            fuzzing::FailFuzzCheck("part " + std::to_string(part) + " was imported with " +
+                                   std::to_string(imported.Part(part).beats) + " beats");
 
     std::vector<std::uint8_t> dump;
     std::string error;
-    if (!BuildDump(imported, dump, error))
-        return 0; // refusing to write what the device cannot hold is fine
+    if (!BuildDump(imported, dump, error)) {
+        // Refusing to write what the device cannot hold is fine, once the
+        // user was told before the import.
+        if (preview.warning.empty())
+            fuzzing::FailFuzzCheck("Save refuses an import that gave no warning: " + error);
+        return 0;
+    }
     if (!LoadSysexData(reloaded, dump, error))
         fuzzing::FailFuzzCheck("the dump of the import does not load: " + error);
     fuzzing::ToSavedForm(imported);

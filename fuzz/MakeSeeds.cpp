@@ -2,7 +2,9 @@
 // DIR/sysex/ gets dumps of the demo, an empty and small random documents;
 // DIR/records/ gets their tracks, parts, songs and steps in clipboard form;
 // DIR/midi/ gets a few small Standard MIDI Files; DIR/clipboard/ gets
-// clipboard blocks of the demo's records of each kind.
+// clipboard blocks of the demo's records of each kind. Each also gets the
+// damaged or outsized inputs that once cost far more than their size or
+// slipped past the editor's limits.
 #include "ClipboardSelector.h"
 #include "RecordSelector.h"
 
@@ -12,9 +14,12 @@
 #include "midifile/MidiFile.h"
 #include "midifile/MidiFileStream.h"
 #include "model/ClipboardBlock.h"
+#include "model/DeviceImageLayout.h"
 #include "model/Mmt8Memory.h"
 #include "model/RecordPersistence.h"
 #include "model/SysexDump.h"
+#include "model/SysexDumpFormat.h"
+#include "model/SysexPacking.h"
 #include "support/RandomDocument.h"
 
 #include <cstdio>
@@ -139,6 +144,42 @@ void WriteRecords(SeedWriter& seeds, const CMmt8Memory& memory, const std::strin
     }
 }
 
+// A full image whose 100 part pointers all name one record whose tracks lack
+// their end marks, the rest of it notes: each track must stop at its record.
+void WriteSharedRecordDump(SeedWriter& seeds)
+{
+    using namespace image;
+    std::vector<std::uint8_t> bytes(kGlobalBlockSize, 0);
+    const std::uint32_t address = kGlobalBlockSize + kBaseAddress;
+    for (int part = 0; part < kPartCount; ++part) {
+        bytes[kPartTable + kPointerSize * unsigned(part)] = static_cast<std::uint8_t>(address >> 8);
+        bytes[kPartTable + kPointerSize * unsigned(part) + 1] = static_cast<std::uint8_t>(address);
+    }
+    constexpr std::uint32_t kNoteSize = 7;
+    std::vector<std::uint8_t> record(kPartHeaderSize, ' ');
+    const std::uint32_t length = kPartHeaderSize + kTracksPerPart * kNoteSize;
+    record[kPartLength] = static_cast<std::uint8_t>(length);
+    record[kPartLength + 1] = 0;
+    for (unsigned slot = 0; slot < kTracksPerPart; ++slot) {
+        record[kPartTrackOffsets + 2 * slot] =
+            static_cast<std::uint8_t>(kPartHeaderSize + kNoteSize * slot);
+        record[kPartTrackOffsets + 2 * slot + 1] = 0;
+        record[kPartChannels + slot] = 0;
+    }
+    record[kPartBeats] = 0x02;
+    record[kPartBeats + 1] = 0;
+    bytes.insert(bytes.end(), record.begin(), record.end());
+    while (bytes.size() + kNoteSize <= kMmt8MemoryCapacity)
+        bytes.insert(bytes.end(), {0x80 | 60, 0, 0, 100, 0, 0, 48});
+
+    std::vector<std::uint8_t> dump(kDumpHeader.begin(), kDumpHeader.end());
+    const std::vector<std::uint8_t> packed = PackSysexData(bytes);
+    dump.insert(dump.end(), packed.begin(), packed.end());
+    dump.push_back(kDumpTrailingByte);
+    dump.push_back(kSysexEnd);
+    seeds.Write("sysex", "shared-record-no-end-marks.syx", dump);
+}
+
 // Blocks as Copy makes them from the demo, pasted at the first slot, at a
 // slot that drops some records, and (for steps) past the song's end.
 void WriteClipboardSeeds(SeedWriter& seeds, const CMmt8Memory& memory)
@@ -168,6 +209,18 @@ void WriteClipboardSeeds(SeedWriter& seeds, const CMmt8Memory& memory)
             seeds.Write("clipboard", std::string(seed.name) + "-" + std::to_string(start) + ".clip",
                         input);
         }
+    }
+    // Records the editor could not have made, which a paste refuses whole.
+    CMmt8Memory odd = memory;
+    odd.Part(1).beats = 20000;
+    odd.Part(2).tracks[3].channel = 200;
+    for (const auto& [kind, name] : {std::pair{ClipboardKind::Parts, "odd-parts"},
+                                     std::pair{ClipboardKind::Tracks, "odd-tracks"}}) {
+        const std::vector<int> items = {1, 2, 3};
+        std::vector<std::uint8_t> input = {fuzzing::MakePasteSelector(kind, 0), 0};
+        const auto block = WriteClipboardBlock(odd, kind, 2, items);
+        input.insert(input.end(), block.begin(), block.end());
+        seeds.Write("clipboard", std::string(name) + ".clip", input);
     }
 }
 
@@ -244,6 +297,22 @@ void WriteMidiSeeds(SeedWriter& seeds)
     AddSysex(voices, 0xF7, {0xF8});
     AddMeta(voices, 0, 0x2F, {});
     WriteMidiFile(seeds, file, "format1");
+
+    // Note-offs that match nothing behind a run of controllers, and events
+    // in beat 683, which the import cuts off.
+    CMidiFile edges;
+    edges.header.format = 1;
+    edges.header.division = 96;
+    CMidiTrack& unmatched = AddTrack(edges);
+    for (int i = 0; i < 200; ++i)
+        AddChannel(unmatched, 1, 0xB0, 7, static_cast<std::uint8_t>(i % 128));
+    for (int i = 0; i < 200; ++i)
+        AddChannel(unmatched, 1, 0x80, static_cast<std::uint8_t>(i % 128), 64);
+    CMidiTrack& late = AddTrack(edges);
+    AddChannel(late, 65400, 0x90, 60, 100);
+    AddChannel(late, 100, 0xB0, 7, 1);
+    AddChannel(late, 30, 0x80, 60, 0);
+    WriteMidiFile(seeds, edges, "noteoffs-and-beat-683");
 }
 } // namespace
 
@@ -265,6 +334,7 @@ int main(int argc, char** argv)
     WriteDump(seeds, memory, "demo");
     WriteRecords(seeds, memory, "demo");
     WriteClipboardSeeds(seeds, memory);
+    WriteSharedRecordDump(seeds);
 
     const testing::RandomDocumentOptions small{4, 12, 3, 12};
     for (int i = 0; i < kRandomDocuments; ++i) {

@@ -2,6 +2,7 @@
 #include "io/FileStream.h"
 
 #include <random>
+#include <vector>
 
 namespace tarvix {
 
@@ -30,20 +31,92 @@ bool CreateTemporaryFile(const std::string& target, CFileStream& file, std::stri
     return false;
 }
 
+bool ReadWhole(CFileStream& file, std::vector<std::uint8_t>& bytes)
+{
+    std::uint64_t size = 0;
+    platform::ErrorCode code = 0;
+    if (!platform::GetFileSize(file.GetHandle(), size, code)) {
+        file.SetError(code);
+        return false;
+    }
+    if (size > 0xFFFFFFFFu) {
+        file.SetError(platform::kErrorOverflow);
+        return false;
+    }
+    bytes.resize(static_cast<std::size_t>(size));
+    std::string ignored;
+    std::uint32_t done = 0;
+    return file.Read(bytes.data(), static_cast<std::uint32_t>(bytes.size()), ignored, &done) &&
+           done == bytes.size();
+}
+
+// Puts bytes at the start of the open file and cuts it there.
+bool Overwrite(CFileStream& file, const void* bytes, std::uint32_t count)
+{
+    std::string ignored;
+    platform::ErrorCode code = 0;
+    if (file.Seek(0, platform::SeekMethod::Begin, ignored) == CFileStream::kSeekFailed ||
+        !file.Write(bytes, count, ignored))
+        return false;
+    if (!platform::SetFileSize(file.GetHandle(), count, code)) {
+        file.SetError(code);
+        return false;
+    }
+    return file.Flush();
+}
+
+// The fallback for a file whose folder takes no new entries: it is rewritten
+// where it is, with its old bytes held in this process's memory and written
+// back when the new ones do not go in. What this gives up against the
+// replacing rename:
+// - it is not atomic: a crash, a kill or a power loss during the write
+//   leaves the file part new, part old or cut short, and other programs
+//   reading it meanwhile may see it so;
+// - the only copy of the old bytes is in memory: when writing them back
+//   fails too (a disk error, or a copy-on-write file system that is full),
+//   the file is left damaged and the message says so;
+// - every hard link to the file sees the new bytes (a rename would have
+//   detached this name from the others);
+// - the file keeps its inode, owner and mode, as a matter of course.
+bool WriteInPlace(const std::string& target, const std::string& path, const void* bytes,
+                  std::uint32_t count, std::string& error)
+{
+    CFileStream file;
+    std::vector<std::uint8_t> old;
+    if (!file.Open(target, error, platform::FileAccess::ReadWrite, platform::FileShare::None,
+                   platform::FileDisposition::OpenExisting) ||
+        !ReadWhole(file, old)) {
+        error = file.FormatError(file_messages::kWrite, path);
+        return false;
+    }
+    if (Overwrite(file, bytes, count))
+        return true;
+    const std::string failure = file.FormatError(file_messages::kWrite, path);
+    const platform::ErrorCode code = file.GetLastError();
+    const bool restored = Overwrite(file, old.data(), static_cast<std::uint32_t>(old.size()));
+    file.SetError(code);
+    error = restored ? failure : file.FormatError(file_messages::kWriteUnrestored, path);
+    return false;
+}
+
 } // namespace
 
 // Every message names the file the user asked for, not the temporary one
-// they never chose.
+// they never chose nor the file a link of theirs points to.
 bool WriteFileReplacing(const std::string& path, const void* bytes, std::uint32_t count,
                         std::string& error)
 {
+    const std::string target = platform::ResolveFinalPath(path);
     CFileStream file;
-    if (!CreateTemporaryFile(path, file, error)) {
+    if (!CreateTemporaryFile(target, file, error)) {
+        if (platform::IsFolderRefusal(file.GetLastError()) && platform::FileExists(target))
+            return WriteInPlace(target, path, bytes, count, error);
         error = file.FormatError(file_messages::kWrite, path);
         return false;
     }
 
     const std::string temporary = file.GetFileName();
+    platform::CopyFileAttributes(target, file.GetHandle());
     const bool written = file.Write(bytes, count, error) && file.Flush();
     if (!written)
         error = file.FormatError(file_messages::kWrite, path);
@@ -51,7 +124,7 @@ bool WriteFileReplacing(const std::string& path, const void* bytes, std::uint32_
 
     if (written) {
         platform::ErrorCode code = 0;
-        if (platform::ReplaceFile(temporary, path, code))
+        if (platform::ReplaceFile(temporary, target, code))
             return true;
         file.SetError(code);
         error = file.FormatError(file_messages::kWrite, path);

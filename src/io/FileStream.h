@@ -76,9 +76,14 @@ private:
 };
 
 // Writes bytes to path without ever destroying the file that is there: the
-// bytes go to a new file in the same folder, are flushed to disk, and only
-// then replace the target. On failure the old file is untouched, the
-// temporary file is removed, and error holds the system's text.
+// bytes go to a new file beside it, are flushed to disk, and only then
+// replace it. A symbolic link is followed: the file it points to is
+// replaced and the link stays. The new file keeps the old one's permission
+// bits, and its owner and group where the process may set them. When the
+// folder takes no new file but the file itself is writable, the file is
+// rewritten in place with its old bytes kept in memory (see FileReplacer.cpp
+// for what that gives up). On failure the old file is as it was, no
+// temporary file is left, and error names path with the system's text.
 bool WriteFileReplacing(const std::string& path, const void* bytes, std::uint32_t count,
                         std::string& error);
 

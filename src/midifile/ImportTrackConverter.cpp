@@ -5,6 +5,7 @@
 #include "model/Mmt8Track.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <span>
 
@@ -28,14 +29,34 @@ constexpr std::size_t kSysexPieceSize = 3;
 // its kin).
 constexpr std::uint8_t kFirstModeController = 122;
 
+constexpr std::size_t kChannels = 16;
+constexpr std::size_t kNotes = 128;
+
 // Appends events to the track being built with the device's time rule: an
 // event starts a new time position (timed) only when it is later than the
 // last one; otherwise it shares that position.
+//
+// It also remembers the latest note of each channel and number, which is
+// what a backward search of the track (FindOpenNote) would find, since only
+// this writer adds to the track while it is built. A note-off then costs one
+// look-up instead of a walk back over every event since its note, which a
+// file of many events between unmatched note-offs made quadratic.
 class CStagingWriter {
 public:
     explicit CStagingWriter(CMmt8Track& track) : m_track(track) {}
 
     CMmt8Track& Track() { return m_track; }
+
+    void StoreNote(std::unique_ptr<CMmt8NoteEvent> note, std::uint16_t clock)
+    {
+        m_latestNotes[NoteIndex(note->channel, note->data1)] = note.get();
+        Store(std::move(note), clock);
+    }
+
+    CMmt8NoteEvent* LatestNote(std::uint8_t channel, std::uint8_t note) const
+    {
+        return m_latestNotes[NoteIndex(channel, note)];
+    }
 
     void Store(std::unique_ptr<CMmt8Event> event, std::uint16_t clock)
     {
@@ -57,8 +78,14 @@ public:
     }
 
 private:
+    static std::size_t NoteIndex(std::uint8_t channel, std::uint8_t note)
+    {
+        return (channel % kChannels) * kNotes + note % kNotes;
+    }
+
     CMmt8Track& m_track;
     std::uint16_t m_lastClock = 0;
+    std::array<CMmt8NoteEvent*, kChannels * kNotes> m_latestNotes{};
 };
 
 template <typename Event>
@@ -72,9 +99,10 @@ std::unique_ptr<CMmt8Event> MakeEvent(std::uint8_t channel, std::uint8_t data1,
     return event;
 }
 
-void EndNote(CMmt8Track& track, std::uint8_t channel, std::uint8_t note, std::uint16_t clock)
+void EndNote(const CStagingWriter& writer, std::uint8_t channel, std::uint8_t note,
+             std::uint16_t clock)
 {
-    CMmt8NoteEvent* open = FindOpenNote(track, channel, note);
+    CMmt8NoteEvent* open = writer.LatestNote(channel, note);
     if (open != nullptr && clock > open->time)
         open->duration = static_cast<std::uint16_t>(clock - open->time);
 }
@@ -90,13 +118,16 @@ void ConvertChannelEvent(const CMidiChannelEvent& event, const MidiImportOptions
     switch (event.GetStatus() & 0xF0) {
     case kNoteOn:
         if (data2 > 0) {
-            auto note = MakeEvent<CMmt8NoteEvent>(channel, data1, data2);
-            static_cast<CMmt8NoteEvent&>(*note).duration = 1;
-            writer.Store(std::move(note), clock);
+            auto note = std::make_unique<CMmt8NoteEvent>();
+            note->channel = channel;
+            note->data1 = data1;
+            note->data2 = data2;
+            note->duration = 1;
+            writer.StoreNote(std::move(note), clock);
             break;
         }
         [[fallthrough]];
-    case kNoteOff: EndNote(writer.Track(), channel, data1, clock); break;
+    case kNoteOff: EndNote(writer, channel, data1, clock); break;
     case kControlChange:
         // A deliberate departure: the device's encoding has no room for
         // controllers 122-127. Their lead-byte codes are those of program,

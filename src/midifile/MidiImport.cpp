@@ -5,6 +5,7 @@
 #include "midifile/ImportTrackConverter.h"
 #include "model/Mmt8Memory.h"
 #include "model/Mmt8Names.h"
+#include "model/TextBuilder.h"
 
 #include <algorithm>
 #include <optional>
@@ -28,7 +29,16 @@ public:
 
     CMmt8Part& Staging() { return m_scratch.Part(kStagingSlot); }
 
-    void RecomputeStagingBeats() { m_scratch.RecomputePartBeats(kStagingSlot); }
+    // The length that holds the latest event, but never more beats than a
+    // part may have: the clocks of the last beat and a bit (65472-65535)
+    // would make it 683, which the beat dialog and the device refuse, so
+    // what lies there is cut off as beyond the part's end.
+    void RecomputeStagingBeats()
+    {
+        m_scratch.RecomputePartBeats(kStagingSlot);
+        if (Staging().beats > kMaxBeats)
+            m_scratch.SetPartBeats(kStagingSlot, kMaxBeats);
+    }
 
     // The window [start, end) of the staging part's masked tracks into a
     // document part, which takes the staging part's name.
@@ -142,6 +152,24 @@ bool RunImport(CMidiImport& request, CMmt8Memory& memory)
                              kLastImportClock);
 
     request.staging = std::move(workspace.Staging());
+    return true;
+}
+
+bool PreviewImport(CMidiImport& request, const CMmt8Memory& memory, CImportPreview& preview)
+{
+    preview.result = memory;
+    preview.warning.clear();
+    if (!RunImport(request, preview.result))
+        return false;
+    preview.memorySize = preview.result.GetMemorySize();
+    // Within the device's capacity every record starts where a pointer
+    // reaches it and no part can outgrow its length field, so an image of
+    // this size is one Save writes.
+    if (ExceedsCapacity(preview.memorySize))
+        preview.warning = FormatText(
+            "After this import the memory would use %u bytes, %u more than the Alesis MMT8 "
+            "can hold (%u); it could not be sent to the device.\n",
+            preview.memorySize, preview.memorySize - kMmt8MemoryCapacity, kMmt8MemoryCapacity);
     return true;
 }
 

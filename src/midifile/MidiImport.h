@@ -2,6 +2,7 @@
 
 #include "midifile/MidiFile.h"
 #include "midifile/MidiImportOptions.h"
+#include "model/Mmt8Memory.h"
 #include "model/Mmt8Part.h"
 
 #include <cstdint>
@@ -35,9 +36,25 @@ public:
 
 // Converts the file into the staging part, names the target song and sets
 // its tempo, and copies the staging part into the destinations: cut at the
-// file's markers, one window per part, or whole into the first one. False,
+// file's markers, one window per part, or whole into the first one. No part
+// gets more than 682 beats: what lies beyond is cut off. False,
 // and the document untouched, when there is no destination. Does not set
 // the document's modified flag.
 bool RunImport(CMidiImport& request, CMmt8Memory& memory);
+
+// The document as an import would leave it, worked out on a copy so that
+// the caller can ask the user before anything changes.
+struct CImportPreview {
+    CMmt8Memory result;
+    std::uint32_t memorySize = 0;
+    // Empty when the result fits the device's memory; otherwise one
+    // sentence with its size and the excess over kMmt8MemoryCapacity.
+    std::string warning;
+};
+
+// RunImport on a copy of memory into preview.result, measured against the
+// device's capacity. False, as RunImport, when there is no destination. To
+// go ahead, the caller moves preview.result into its document.
+bool PreviewImport(CMidiImport& request, const CMmt8Memory& memory, CImportPreview& preview);
 
 } // namespace tarvix

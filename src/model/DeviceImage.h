@@ -12,7 +12,9 @@ class CMmt8Memory;
 // Replaces every part and song from a device memory image; an empty image
 // resets them all. The global block is the caller's to set. Nothing in the
 // image is trusted: a record or track that lies outside it loads empty or
-// ends where the image ends. Returns the bytes the image says it uses.
+// ends where the image ends, and a track without its end mark ends with its
+// record, so no part takes more than its record's bytes. Returns the bytes
+// the image says it uses.
 std::uint32_t LoadImage(CMmt8Memory& memory, std::span<const std::uint8_t> image);
 
 // Lays the document out as a device image: the global block with fresh

@@ -18,6 +18,25 @@ Mmt8Step CheckedStep(std::uint8_t part, std::uint8_t trackMask)
     return Mmt8Step{part, trackMask};
 }
 
+// Records from outside are held to what the editor itself lets a part and a
+// track hold, so a paste cannot bring in a length the beat dialog would
+// refuse or a channel no menu offers.
+std::uint32_t CheckedBeats(std::uint32_t beats)
+{
+    if (beats > kMaxBeats)
+        throw CStreamException(
+            FormatText("Invalid part: %u beats, more than %u\n", beats, kMaxBeats));
+    return beats;
+}
+
+std::uint8_t CheckedChannel(std::uint8_t channel)
+{
+    if (channel > kMaxTrackChannel)
+        throw CStreamException(FormatText("Invalid track: channel %u, more than %u\n",
+                                          unsigned{channel}, unsigned{kMaxTrackChannel}));
+    return channel;
+}
+
 void WriteTrack(const CMmt8Track& track, CStream& stream)
 {
     stream.WriteByte(track.channel);
@@ -34,6 +53,7 @@ CMmt8Track ReadTrack(CStream& stream)
     std::uint32_t count = 0;
     CByteBuffer block;
     stream.ReadByte(track.channel);
+    CheckedChannel(track.channel);
     stream.ReadUInt32(count);
     stream.ReadBlock(block);
     // The count comes from outside: the block's bytes bound the work.
@@ -69,6 +89,7 @@ void Persist(CMmt8Part& part, CStream& stream)
     CMmt8Part read;
     std::string name;
     stream.ReadUInt32(read.beats);
+    CheckedBeats(read.beats);
     stream.ReadString(name);
     read.name = NormalizeName(name);
     for (auto& track : read.tracks)

@@ -171,5 +171,33 @@ TEST_F(CliImportTest, BadSelectionsAreUsageErrors)
     EXPECT_FALSE(std::filesystem::exists(m_out));
 }
 
+// 9,100 notes, each at its own clock, take 63,700 bytes: with what the
+// document holds already, more than the device's 64,256.
+TEST_F(CliImportTest, AResultTooLargeForTheDeviceIsWrittenOnlyWhenAllowed)
+{
+    Bytes events = {0x00, 0x90, 60, 100};
+    for (int i = 1; i < 9100; ++i)
+        events.insert(events.end(), {0x06, 60, 100});
+    Bytes file = {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 0, 0, 1, 0, 96};
+    const Bytes track = TrackChunk(events);
+    file.insert(file.end(), track.begin(), track.end());
+    WriteAllBytes(m_mid, file);
+
+    CliResult result = Import({"--part", "4", "-o", m_out});
+    EXPECT_EQ(result.exitCode, 1) << Describe(result);
+    EXPECT_EQ(result.err.rfind("After this import the memory would use ", 0), 0u) << result.err;
+    EXPECT_NE(result.err.find(" more than the Alesis MMT8 can hold (64256)"), std::string::npos);
+    EXPECT_TRUE(
+        result.err.ends_with("Nothing was written; --allow-over-capacity writes it anyway.\n"))
+        << result.err;
+    EXPECT_FALSE(std::filesystem::exists(m_out));
+
+    result = Import({"--part", "4", "--allow-over-capacity", "-o", m_out});
+    ASSERT_EQ(result.exitCode, 0) << Describe(result);
+    const CMmt8Memory memory = Written();
+    EXPECT_EQ(memory.Part(4).tracks[0].events.size(), 9100u);
+    EXPECT_GT(memory.GetMemorySize(), kMmt8MemoryCapacity);
+}
+
 } // namespace
 } // namespace tarvix::testing

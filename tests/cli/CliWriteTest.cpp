@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <sys/stat.h>
+
 namespace tarvix::testing {
 
 namespace {
@@ -44,6 +47,22 @@ TEST(CliNewTest, WritesTheBlankMemory)
 
 // The input holds an older dump, then the document, then a foreign message:
 // the last dump wins and only it is written back.
+// -o goes through the program's one save: a link is followed and kept, the
+// file it names keeps its mode.
+TEST(CliNewTest, WritesThroughALinkKeepingTheFilesMode)
+{
+    const TempDir folder;
+    const std::string real = folder.File("real.syx");
+    WriteAllBytes(real, {0xF0, 0xF7});
+    ASSERT_EQ(::chmod(real.c_str(), 0600), 0);
+    std::filesystem::create_symlink("real.syx", folder.File("link.syx"));
+    ExpectQuietSuccess(RunTarvixCli({"new", "-o", folder.File("link.syx")}));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.File("link.syx")));
+    EXPECT_GT(ReadAllBytes(real).size(), 2u);
+    EXPECT_EQ(std::filesystem::status(real).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+}
+
 TEST(CliRewriteTest, KeepsTheDocumentAndSettlesOnOneLayout)
 {
     const TempDir folder;

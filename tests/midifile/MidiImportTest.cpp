@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 namespace tarvix::testing {
 namespace {
 
@@ -84,6 +86,41 @@ TEST(ImportConvertTest, NoteOffsGiveTheLatestMatchingNoteItsDuration)
     EXPECT_TRUE(
         SameTrack(track, TrackOf(0, Note(0, 60, 1, 0, 100), Untimed(Note(0, 62, 144, 1, 90)),
                                  Note(48, 60, 96, 0, 80), Note(144, 64, 1, 0, 100))));
+}
+
+// The note-off look-up answers as a backward search of the track does, on
+// notes that overlap, repeat, share clocks and end on other channels.
+TEST(ImportConvertTest, NoteOffsMatchWhatABackwardSearchFinds)
+{
+    std::mt19937 random(11);
+    for (int round = 0; round < 20; ++round) {
+        Events events;
+        CMmt8Track expected;
+        std::uint32_t clock = 0;
+        for (int i = 0; i < 400; ++i) {
+            const auto delta = static_cast<std::uint32_t>(random() % 3 == 0 ? random() % 40 : 0);
+            const auto channel = static_cast<std::uint8_t>(random() % 2);
+            const auto number = static_cast<std::uint8_t>(60 + random() % 3);
+            const bool on = random() % 2 == 0;
+            const auto velocity = static_cast<std::uint8_t>(random() % 4 == 0 ? 0 : 90);
+            clock += delta;
+            events.push_back(Channel(delta, static_cast<std::uint8_t>((on ? 0x90 : 0x80) | channel),
+                                     number, velocity));
+            if (on && velocity > 0) {
+                auto note = Note(static_cast<std::uint16_t>(clock), number, 1, channel, velocity);
+                AppendEvent(expected, std::move(note));
+            } else if (CMmt8NoteEvent* open = FindOpenNote(expected, channel, number);
+                       open != nullptr && clock > open->time) {
+                open->duration = static_cast<std::uint16_t>(clock - open->time);
+            }
+        }
+        const CMmt8Track track = Convert(std::move(events));
+        ASSERT_EQ(track.events.size(), expected.events.size());
+        for (std::size_t i = 0; i < track.events.size(); ++i)
+            ASSERT_EQ(static_cast<const CMmt8NoteEvent&>(*track.events[i]).duration,
+                      static_cast<const CMmt8NoteEvent&>(*expected.events[i]).duration)
+                << round << " " << i;
+    }
 }
 
 TEST(ImportConvertTest, EachKindBecomesItsDeviceEventAndTheRestIsDropped)
@@ -229,6 +266,53 @@ TEST(RunImportTest, TheTargetSongGetsTheNameAndTheFilesTempo)
     };
     EXPECT_EQ(run(60000000 / 90), 90);
     EXPECT_EQ(run(200000), 120); // 300 BPM
+}
+
+TEST(RunImportTest, NoPartGetsMoreThan682Beats)
+{
+    // Clock 65500 lies in beat 683: the controller there is cut off and the
+    // note is shortened to end with beat 682 (clock 65472).
+    CMmt8Memory memory;
+    CMidiImport request =
+        Request(FileOf(96, EventsOf(Channel(65400, 0x90, 60, 100), Channel(100, 0xB0, 7, 1),
+                                    Channel(30, 0x80, 60, 0))),
+                {3});
+    ASSERT_TRUE(RunImport(request, memory));
+    EXPECT_EQ(memory.Part(3).beats, kMaxBeats);
+    EXPECT_TRUE(SameTrack(memory.Part(3).tracks[0], TrackOf(0, Note(65400, 60, 72))));
+}
+
+// A file of 9,500 notes at their own clocks takes 66,500 bytes, more than
+// the device holds: the preview says so, and the document is untouched.
+TEST(RunImportTest, PreviewMeasuresTheResultBeforeTheDocumentChanges)
+{
+    Events notes;
+    for (int i = 0; i < 9500; ++i)
+        notes.push_back(Channel(i == 0 ? 0 : 6, 0x90, 60, 100));
+    CMmt8Memory memory;
+    memory.AppendStep(5, 0, 0xFF);
+    const std::uint32_t before = memory.GetMemorySize();
+    CMidiImport request = Request(FileOf(96, std::move(notes)), {0});
+    CImportPreview preview;
+    ASSERT_TRUE(PreviewImport(request, memory, preview));
+    EXPECT_EQ(memory.GetMemorySize(), before);
+    EXPECT_TRUE(memory.Part(0).IsEmpty());
+    EXPECT_EQ(preview.result.Part(0).tracks[0].events.size(), 9500u);
+    EXPECT_EQ(preview.result.Song(5).steps.size(), 1u);
+    const std::uint32_t size = before + 42 + 8 * 7 + 9500 * 7;
+    EXPECT_EQ(preview.memorySize, size);
+    EXPECT_EQ(preview.warning,
+              "After this import the memory would use " + std::to_string(size) + " bytes, " +
+                  std::to_string(size - kMmt8MemoryCapacity) +
+                  " more than the Alesis MMT8 can hold (64256); it could not be sent to the "
+                  "device.\n");
+
+    CMidiImport small = Request(FileOf(96, EventsOf(Channel(0, 0x90, 60, 100))), {0});
+    ASSERT_TRUE(PreviewImport(small, memory, preview));
+    EXPECT_EQ(preview.warning, "");
+    EXPECT_EQ(preview.memorySize, before + 42 + 8 * 7 + 7);
+    CMidiImport nowhere = Request(FileOf(96, EventsOf(Channel(0, 0xC0, 1))), {});
+    EXPECT_FALSE(PreviewImport(nowhere, memory, preview));
 }
 
 TEST(RunImportTest, WithoutADestinationNothingChanges)

@@ -157,6 +157,37 @@ TEST_F(ClipboardBlockTest, AMalformedBlockIsRefusedWholeWhereverItIsCut)
     EXPECT_NE(error.find("part 100 does not exist"), std::string::npos) << error;
 }
 
+// Records are held to what the editor could have made, like the beat and
+// channel dialogs: one record out of bounds refuses the whole block.
+TEST_F(ClipboardBlockTest, RecordsBeyondTheEditorsLimitsRefuseTheBlock)
+{
+    CMmt8Memory edited = m_source;
+    edited.Part(3).beats = kMaxBeats;
+    edited.Part(3).tracks[2].channel = kMaxTrackChannel;
+    ASSERT_EQ(Read(Block(edited, ClipboardKind::Parts, 0, {3}), ClipboardKind::Parts).parts.size(),
+              1u);
+
+    const auto refused = [](const Bytes& block, ClipboardKind kind, const std::string& reason) {
+        ClipboardRecords records;
+        std::string error;
+        EXPECT_FALSE(ReadClipboardBlock(block, kind, records, error)) << reason;
+        EXPECT_EQ(error, kDamagedClipboardBlock + reason);
+        EXPECT_TRUE(records.parts.empty() && records.tracks.empty());
+    };
+    edited.Part(7).beats = 20000;
+    refused(Block(edited, ClipboardKind::Parts, 0, {3, 7}), ClipboardKind::Parts,
+            "Invalid part: 20000 beats, more than 682\n");
+    edited.Part(7).beats = kMaxBeats + 1;
+    refused(Block(edited, ClipboardKind::Parts, 0, {7}), ClipboardKind::Parts,
+            "Invalid part: 683 beats, more than 682\n");
+    edited.Part(7).beats = 1;
+    edited.Part(7).tracks[5].channel = 200;
+    refused(Block(edited, ClipboardKind::Parts, 0, {7}), ClipboardKind::Parts,
+            "Invalid track: channel 200, more than 16\n");
+    refused(Block(edited, ClipboardKind::Tracks, 7, {4, 5}), ClipboardKind::Tracks,
+            "Invalid track: channel 200, more than 16\n");
+}
+
 TEST_F(ClipboardBlockTest, BytesAfterThePayloadAreIgnored)
 {
     // A memory block may be handed over larger than asked for.

@@ -286,6 +286,51 @@ TEST(LoadImageHostileTest, TracksOutsideTheRecordOrWithoutEndMarkEndWhereTheByte
     EXPECT_EQ(tracks[0].events[1]->time, 96);
 }
 
+// A full image whose 100 part pointers all name one record whose tracks lack
+// their end marks, followed by nothing but notes: each track stops at its
+// neighbour or the record's end instead of reading the notes after it.
+TEST(LoadImageHostileTest, TracksWithoutEndMarkStopAtTheirRecordHoweverManyPartsShareIt)
+{
+    PartFields fields;
+    for (std::size_t slot = 0; slot < 8; ++slot)
+        fields.slots[slot] = Note(static_cast<std::uint16_t>(slot), 60);
+    const Bytes record = PartRecord(fields);
+    HandImage image;
+    image.Add(kPartTable, 0, record);
+    const std::size_t address = kGlobalBlockSize + kBaseAddress;
+    for (int part = 1; part < kPartCount; ++part)
+        image.Point(kPartTable, part, address);
+    while (image.bytes.size() + 7 <= kMmt8MemoryCapacity)
+        Append(image.bytes, Note(1000, 64));
+
+    const CMmt8Memory memory = Loaded(image.bytes);
+    for (int part = 0; part < kPartCount; ++part)
+        for (int track = 0; track < kTracksPerPart; ++track) {
+            const auto& events = memory.Part(part).tracks[static_cast<std::size_t>(track)].events;
+            ASSERT_EQ(events.size(), 1u) << part << " " << track;
+            EXPECT_EQ(events[0]->time, 7 - track);
+        }
+    // Every part costs its record plus the end marks the record lacked.
+    EXPECT_EQ(memory.GetMemorySize(),
+              kGlobalBlockSize + 18 + kPartCount * (record.size() + kTracksPerPart * 7));
+
+    // With the record's length damaged, the tracks still end at each other,
+    // and the last one where the next record begins.
+    Bytes damaged = image.bytes;
+    PutLittle16(damaged, kGlobalBlockSize + kPartLength, 0);
+    const std::size_t song = image.bytes.size() - 70;
+    image.Point(kSongTable, 0, song + kBaseAddress);
+    damaged.resize(song);
+    Append(damaged, SongRecord(120, "S", 1));
+    std::copy_n(image.bytes.begin(), kGlobalBlockSize, damaged.begin());
+    PutLittle16(damaged, kGlobalBlockSize + kPartLength, 0);
+    const CMmt8Memory fromDamaged = Loaded(damaged);
+    EXPECT_EQ(fromDamaged.Part(99).tracks[1].events.size(), 1u);
+    const std::size_t lastTrackBytes = song - (kGlobalBlockSize + record.size() - 7);
+    EXPECT_EQ(fromDamaged.Part(99).tracks[0].events.size(), lastTrackBytes / 7);
+    EXPECT_EQ(fromDamaged.Song(0).steps.size(), 1u);
+}
+
 TEST(LoadImageHostileTest, ShortImagesReplaceTheDocumentWithWhatTheyHold)
 {
     // Every complete pointer entry reads 0x0404: a record at offset 4 whose

@@ -180,6 +180,24 @@ TEST_F(ClipboardTest, ADamagedBlockIsReportedAndChangesNothing)
     EXPECT_EQ(Memory().modified, 0);
 }
 
+TEST_F(ClipboardTest, ARecordBeyondTheEditorsLimitsIsReportedAndChangesNothing)
+{
+    CMmt8Memory before;
+    FillSampleDocument(before);
+    CMmt8Memory odd = before;
+    odd.Part(12).beats = 20000;
+    PutOnClipboard(kPartsType,
+                   WriteClipboardBlock(odd, ClipboardKind::Parts, 0, std::vector<int>{3, 12}));
+
+    SelectInList({NodeKind::AllParts, 0}, {20});
+    TriggerAction("editPaste");
+    EXPECT_EQ(CMessageBox::LastText(),
+              QStringLiteral("The data on the clipboard is damaged; nothing was pasted.\n"
+                             "Invalid part: 20000 beats, more than 682"));
+    EXPECT_EQ(DescribeDifference(before, Memory()), "");
+    EXPECT_EQ(Memory().modified, 0);
+}
+
 TEST_F(ClipboardTest, TheTreeCopiesAllOrOneAndPastesFromTheNodesSlot)
 {
     Frame().Tree().SelectNode({NodeKind::AllSongs, 0});

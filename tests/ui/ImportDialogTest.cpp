@@ -237,6 +237,37 @@ TEST_F(ImportDialogTest, OkImportsMarksTheDocumentAndRedraws)
     EXPECT_EQ(Memory().Part(20).tracks[1].events.size(), 1u);
 }
 
+// 9,500 notes at their own clocks take more than the device's memory: the
+// import asks first, and No leaves the document as it was.
+TEST_F(ImportDialogTest, AResultTooLargeForTheDeviceIsImportedOnlyOnYes)
+{
+    const QString big = WriteMidi("big.mid", MakeFile(1, 96, [] {
+                                      std::vector<Events> tracks(1);
+                                      for (int i = 0; i < 9500; ++i)
+                                          tracks[0].push_back(Channel(6, 0x90, 0x3C, 0x64));
+                                      return tracks;
+                                  }()));
+    const std::string name = Memory().Part(20).name;
+    const auto importBig = [&] {
+        ImportInTree({NodeKind::Part, 20}, big,
+                     [](CMidiImportDialog& dialog) { return ClickOk(dialog); });
+    };
+
+    CMessageBox::SetNextAnswer(QMessageBox::No);
+    importBig();
+    EXPECT_TRUE(CMessageBox::LastText().startsWith("After this import the memory would use "))
+        << CMessageBox::LastText().toStdString();
+    EXPECT_TRUE(CMessageBox::LastText().endsWith("device.\nImport anyway?"));
+    EXPECT_EQ(CMessageBox::LastIcon(), QMessageBox::Question);
+    EXPECT_EQ(Memory().Part(20).name, name);
+    EXPECT_EQ(Memory().modified, 0);
+
+    CMessageBox::SetNextAnswer(QMessageBox::Yes);
+    importBig();
+    EXPECT_EQ(Memory().Part(20).tracks[0].events.size(), 9500u);
+    EXPECT_EQ(Memory().modified, 1);
+}
+
 TEST_F(ImportDialogTest, OptionsComeFromTheSettingsAndGoBackOnlyOnOk)
 {
     Key().WriteDwordValue("ImportAftertouchEvents", 1);

@@ -71,6 +71,8 @@ public:
                 {"--no-explode", false, "keep a format-0 file as one track"},
                 {"--midi-tracks", true, "tick exactly these MIDI tracks, from 1 (1,3)"},
                 {"--list", false, "print the import dialog's rows and write nothing"},
+                {"--allow-over-capacity", false,
+                 "write the result even when it is more than the device's memory holds"},
             });
         return options;
     }
@@ -129,12 +131,21 @@ public:
             return kExitSuccess;
         }
 
-        if (!RunImport(request, memory)) {
+        CImportPreview preview;
+        if (!PreviewImport(request, memory, preview)) {
             std::fputs("No parts selected.\n", output.err);
             return kExitFailure;
         }
-        memory.modified = 1;
-        return SaveDocument(memory, arguments.Value("-o"), output) ? kExitSuccess : kExitFailure;
+        // The editor asks at this point; a script says so up front.
+        if (!preview.warning.empty() && !arguments.Has("--allow-over-capacity")) {
+            std::fprintf(output.err,
+                         "%sNothing was written; --allow-over-capacity writes it anyway.\n",
+                         preview.warning.c_str());
+            return kExitFailure;
+        }
+        preview.result.modified = 1;
+        return SaveDocument(preview.result, arguments.Value("-o"), output) ? kExitSuccess
+                                                                           : kExitFailure;
     }
 };
 

@@ -50,6 +50,8 @@ bool SeekFile(FileHandle handle, std::int64_t distance, SeekMethod method,
               std::uint64_t& position, ErrorCode& error);
 bool FlushFile(FileHandle handle, ErrorCode& error);
 bool GetFileSize(FileHandle handle, std::uint64_t& size, ErrorCode& error);
+// Cuts or extends the file to size bytes.
+bool SetFileSize(FileHandle handle, std::uint64_t size, ErrorCode& error);
 
 // Mapping is two steps, as on Windows (a mapping object, then a view of it);
 // where the system needs no mapping object the first step only checks.
@@ -65,5 +67,20 @@ void UnmapView(void* view, std::uint64_t size);
 // file and never a half-written one.
 bool ReplaceFile(const std::string& source, const std::string& target, ErrorCode& error);
 bool RemoveFile(const std::string& path);
+
+// The file path finally names once the symbolic links it passes through are
+// followed; path itself when it is no link. A link to a missing file gives
+// the missing file's path, so that a save creates the file the link points
+// to. A loop of links gives path back unchanged.
+std::string ResolveFinalPath(const std::string& path);
+bool FileExists(const std::string& path);
+// Gives the file open at handle the permission bits of the file at model,
+// and its owner and group as far as the process may set them. Does nothing
+// when model is missing; a part the system refuses is left as it is.
+void CopyFileAttributes(const std::string& model, FileHandle handle);
+// Whether a failure to create a file says that its folder takes no new
+// entries (no write permission on it), while a file already there may still
+// be writable.
+bool IsFolderRefusal(ErrorCode code);
 
 } // namespace tarvix::platform

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <limits>
 #include <system_error>
@@ -257,6 +258,64 @@ bool ReplaceFile(const std::string& source, const std::string& target, ErrorCode
 bool RemoveFile(const std::string& path)
 {
     return ::unlink(path.c_str()) == 0;
+}
+
+bool SetFileSize(FileHandle handle, std::uint64_t size, ErrorCode& error)
+{
+    int result = 0;
+    do {
+        result = ::ftruncate(Descriptor(handle), static_cast<off_t>(size));
+    } while (result < 0 && errno == EINTR);
+    if (result < 0) {
+        error = Errno();
+        return false;
+    }
+    error = 0;
+    return true;
+}
+
+std::string ResolveFinalPath(const std::string& path)
+{
+    // The system's own limit on links in one lookup (MAXSYMLINKS).
+    constexpr int kMostLinks = 40;
+    std::string current = path;
+    for (int hop = 0; hop < kMostLinks; ++hop) {
+        struct stat info {};
+        if (::lstat(current.c_str(), &info) < 0 || !S_ISLNK(info.st_mode))
+            return current;
+        std::string target(static_cast<std::size_t>(PATH_MAX), '\0');
+        const ssize_t length = ::readlink(current.c_str(), target.data(), target.size());
+        if (length < 0 || static_cast<std::size_t>(length) >= target.size())
+            return current;
+        target.resize(static_cast<std::size_t>(length));
+        current = target.starts_with('/') ? target : FolderOf(current) + "/" + target;
+    }
+    return path;
+}
+
+bool FileExists(const std::string& path)
+{
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0;
+}
+
+void CopyFileAttributes(const std::string& model, FileHandle handle)
+{
+    struct stat info {};
+    if (::stat(model.c_str(), &info) < 0)
+        return;
+    const int fd = Descriptor(handle);
+    // Owner first: a change of owner may clear the set-id bits that the
+    // mode then puts back. Only a privileged process may give the file away;
+    // anyone may keep a group they belong to.
+    if (::fchown(fd, info.st_uid, info.st_gid) < 0)
+        (void)::fchown(fd, static_cast<uid_t>(-1), info.st_gid);
+    (void)::fchmod(fd, info.st_mode & 07777);
+}
+
+bool IsFolderRefusal(ErrorCode code)
+{
+    return code == EACCES || code == EPERM;
 }
 
 } // namespace tarvix::platform

@@ -29,8 +29,15 @@ bool CImportCommand::Run(QWidget* parent, CMmt8Memory& memory, const CSettings& 
     CMidiImportDialog dialog(request, settings.GetKey(), view, parent);
     if (dialog.Run(file) != QDialog::Accepted || !dialog.HasFile())
         return false;
-    if (!RunImport(request, memory))
+    CImportPreview preview;
+    if (!PreviewImport(request, memory, preview))
         return false;
+    if (!preview.warning.empty() &&
+        CMessageBox::Report(parent, QString::fromStdString(preview.warning) + "Import anyway?", {},
+                            QMessageBox::Question, QMessageBox::Yes | QMessageBox::No,
+                            QMessageBox::No) != QMessageBox::Yes)
+        return false;
+    memory = std::move(preview.result);
     memory.modified = 1;
     return true;
 }
