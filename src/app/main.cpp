@@ -1,6 +1,5 @@
 #include "transport/settings/SettingsKey.h"
 #include "ui/Application.h"
-#include "ui/CommandLine.h"
 #include "ui/ProgramInfo.h"
 
 #include <QApplication>
@@ -14,6 +13,6 @@ int main(int argc, char* argv[])
     QStringList arguments = QApplication::arguments();
     arguments.removeFirst();
     tarvix::CApplication tarvix(tarvix::CSettingsKey::ForProgram());
-    tarvix.Start(tarvix::CommandLineFromArguments(arguments));
+    tarvix.Start(arguments);
     return QApplication::exec();
 }

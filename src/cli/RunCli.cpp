@@ -35,7 +35,10 @@ void PrintOverview(std::FILE* out)
                out);
     for (const auto& command : AllCommands())
         std::fprintf(out, "  %-10s %s\n", command->Name(), command->Summary());
-    std::fputs("\nRun 'tarvix-cli COMMAND --help' for a command's arguments.\n", out);
+    std::fputs("\nAn option's value is the next word, or for a long option follows '='\n"
+               "(--tempo=90). Each option is given at most once.\n"
+               "Run 'tarvix-cli COMMAND --help' for a command's arguments.\n",
+               out);
 }
 
 bool IsOptionWord(const std::string& word)
@@ -58,12 +61,25 @@ int ParseAndRun(const CliCommand& command, std::span<const std::string> words,
             arguments.positionals.push_back(word);
             continue;
         }
-        const OptionSpec* option = FindOption(options, word);
+        // "--name=value" is the same as "--name value"; a short option keeps
+        // its value in the next word.
+        const std::size_t equals = word.rfind("--", 0) == 0 ? word.find('=') : std::string::npos;
+        const std::string name = word.substr(0, equals);
+        const OptionSpec* option = FindOption(options, name);
         if (!option)
-            return UsageError(command, "unknown option '" + word + "'", output);
+            return UsageError(command, "unknown option '" + name + "'", output);
+        // A second value would silently replace the first: refuse it.
+        if (arguments.Has(name))
+            return UsageError(command, "option '" + name + "' is given more than once", output);
+        if (equals != std::string::npos) {
+            if (!option->takesValue)
+                return UsageError(command, "option '" + name + "' takes no value", output);
+            arguments.options[name] = word.substr(equals + 1);
+            continue;
+        }
         if (option->takesValue && i + 1 >= words.size())
-            return UsageError(command, "option '" + word + "' needs a value", output);
-        arguments.options[word] = option->takesValue ? words[++i] : std::string{};
+            return UsageError(command, "option '" + name + "' needs a value", output);
+        arguments.options[name] = option->takesValue ? words[++i] : std::string{};
     }
     const std::size_t expected = command.PositionalNames().size();
     if (arguments.positionals.size() != expected)

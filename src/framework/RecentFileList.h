@@ -35,7 +35,6 @@ public:
 
     const QStringList& Entries() const { return m_entries; }
     int MaxEntries() const { return m_maxEntries; }
-    int FirstCommandId() const { return m_firstCommandId; }
     // The path behind a command identifier, or empty.
     QString EntryFor(int commandId) const;
 

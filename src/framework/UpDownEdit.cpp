@@ -15,6 +15,7 @@ void CUpDownEdit::SetRange(int minimum, int maximum)
 {
     m_minimum = std::min(minimum, maximum);
     m_maximum = std::max(minimum, maximum);
+    updateGeometry();
 }
 
 void CUpDownEdit::SetValue(int value) { SetText(QString::number(value)); }
@@ -26,6 +27,14 @@ std::optional<int> CUpDownEdit::Value() const
     bool ok = false;
     const int value = text().trimmed().toInt(&ok, 10);
     if (!ok)
+        return std::nullopt;
+    return value;
+}
+
+std::optional<int> CUpDownEdit::ValueInRange() const
+{
+    const std::optional<int> value = Value();
+    if (!value || *value < m_minimum || *value > m_maximum)
         return std::nullopt;
     return value;
 }
@@ -46,6 +55,17 @@ void CUpDownEdit::stepBy(int steps)
                                       static_cast<long long>(m_maximum));
     SetValue(static_cast<int>(next));
     selectAll();
+}
+
+QSize CUpDownEdit::sizeHint() const
+{
+    // The base class holds no values, so it leaves room for none: add the
+    // range's widest number, as a spin box would.
+    const QString low = QString::number(m_minimum);
+    const QString high = QString::number(m_maximum);
+    QSize size = QAbstractSpinBox::sizeHint();
+    size.rwidth() += fontMetrics().horizontalAdvance(low.size() > high.size() ? low : high);
+    return size;
 }
 
 QValidator::State CUpDownEdit::validate(QString&, int&) const { return QValidator::Acceptable; }

@@ -20,11 +20,14 @@ public:
     void SetText(const QString& text);
     // The text as a whole integer, or nothing.
     std::optional<int> Value() const;
+    // The same, but only when it lies within the range.
+    std::optional<int> ValueInRange() const;
     QString SelectedText() const;
     // After a refused value: the whole text selected and the focus here.
     void SelectForCorrection();
 
     void stepBy(int steps) override;
+    QSize sizeHint() const override;
 
 signals:
     void textChanged(const QString& text);

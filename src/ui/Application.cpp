@@ -58,10 +58,10 @@ CApplication::~CApplication()
     m_settings->Save();
 }
 
-void CApplication::Start(const QString& commandLine)
+void CApplication::Start(const QStringList& arguments)
 {
     m_frame->show();
-    m_frame->ProcessStartup(commandLine);
+    m_frame->ProcessStartup(arguments);
 }
 
 } // namespace tarvix

@@ -3,7 +3,7 @@
 #include "ui/MidiPorts.h"
 #include "ui/PendingCommands.h"
 
-#include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -33,7 +33,7 @@ public:
     CApplication& operator=(const CApplication&) = delete;
 
     // Shows the window, then opens what the command line or the settings say.
-    void Start(const QString& commandLine);
+    void Start(const QStringList& arguments);
 
     CMainFrame& Frame() { return *m_frame; }
     CMmt8Memory& Document() { return *m_memory; }

@@ -5,9 +5,22 @@
 
 namespace tarvix {
 
+std::optional<ListKind> ListKindFor(NodeKind kind)
+{
+    switch (kind) {
+    case NodeKind::AllParts: return ListKind::Parts;
+    case NodeKind::Part: return ListKind::Tracks;
+    case NodeKind::AllSongs: return ListKind::Songs;
+    case NodeKind::Song: return ListKind::Steps;
+    case NodeKind::None: break;
+    }
+    return std::nullopt;
+}
+
 namespace {
-bool HasList(Node node) { return node.kind != NodeKind::None; }
-ListKind ListOf(Node node) { return static_cast<ListKind>(node.kind); }
+bool HasList(Node node) { return ListKindFor(node.kind).has_value(); }
+// Only called once HasList said yes.
+ListKind ListOf(Node node) { return ListKindFor(node.kind).value_or(ListKind::Parts); }
 } // namespace
 
 CListModel::CListModel(CMmt8Memory& memory, QObject* parent)

@@ -1,12 +1,19 @@
 #pragma once
 
+#include "model/ListCells.h"
 #include "ui/Node.h"
 
 #include <QAbstractTableModel>
 
+#include <optional>
+
 namespace tarvix {
 
 class CMmt8Memory;
+
+// The list a tree node shows: the part list, a part's tracks, the song list
+// or a song's steps; none for an empty selection.
+std::optional<ListKind> ListKindFor(NodeKind kind);
 
 // The list pane's rows and columns for one tree node: the part list, a
 // part's tracks, the song list or a song's steps. Every cell is computed

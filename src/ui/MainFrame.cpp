@@ -163,9 +163,9 @@ void CMainFrame::ShutDown()
     key.WriteBinaryValue(kSplitterValue, bytes);
 }
 
-void CMainFrame::ProcessStartup(const QString& commandLine)
+void CMainFrame::ProcessStartup(const QStringList& arguments)
 {
-    const QStringList files = ParseCommandLine(commandLine);
+    const QStringList files = FileNamesFromArguments(arguments);
     for (const QString& file : files)
         OpenFile(file, QFileInfo(file).fileName());
     if (!files.isEmpty())

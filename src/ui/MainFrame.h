@@ -41,7 +41,7 @@ public:
 
     // After the window is shown: the files of the command line, or else the
     // last file, or else a Receive, as the settings say.
-    void ProcessStartup(const QString& commandLine);
+    void ProcessStartup(const QStringList& arguments);
 
     // Loads a .syx file into the document; reports a failure and then leaves
     // the document, its file and the views as they were.

@@ -265,7 +265,16 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{{"new", "-o"}, "'-o'"}, UsageCase{{"new", "-o", "@OUT", "stray"}, "argument"},
         UsageCase{{"new", "-o", "@OUT", "-x"}, "'-x'"}, UsageCase{{"rewrite", "@FILE"}, "'-o'"},
         UsageCase{{"rewrite", "@FILE", "-o"}, "'-o'"},
-        UsageCase{{"parts", "@FILE", "--verbose"}, "'--verbose'"}));
+        UsageCase{{"parts", "@FILE", "--verbose"}, "'--verbose'"},
+        UsageCase{{"parts", "@FILE", "--verbose=1"}, "unknown option '--verbose'"},
+        // A repeated option would silently take its last value.
+        UsageCase{{"new", "-o", "@OUT", "-o", "@OUT"}, "option '-o' is given more than once"},
+        UsageCase{{"export", "@FILE", "-o", "@OUT", "--part", "1", "--part=2"},
+                  "option '--part' is given more than once"},
+        UsageCase{{"export", "@FILE", "-o", "@OUT", "--all-parts", "--all-parts"},
+                  "option '--all-parts' is given more than once"},
+        UsageCase{{"export", "@FILE", "-o", "@OUT", "--all-parts=yes"},
+                  "option '--all-parts' takes no value"}));
 
 TEST(CliHelpTest, EveryCommandAnswersHelp)
 {

@@ -82,16 +82,23 @@ TEST_F(CliExportTest, TheTempoOptionSetsTheFilesTempo)
                                                              : MidiSelection{Kind::Song, 1, {}};
         std::string error;
         ASSERT_TRUE(RunExport(m_memory, selection, expected, error, options)) << error;
-        Words withTempo = words;
-        withTempo.insert(withTempo.end(), {"--tempo", "90"});
-        const CliResult result = Export(withTempo);
-        EXPECT_EQ(result.exitCode, 0) << Describe(result);
-        EXPECT_EQ(ReadAllBytes(m_mid), ReadAllBytes(expected));
+        // A long option takes its value from the next word or after "=".
+        for (const Words& tempo : {Words{"--tempo", "90"}, Words{"--tempo=90"}}) {
+            Words withTempo = words;
+            withTempo.insert(withTempo.end(), tempo.begin(), tempo.end());
+            std::filesystem::remove(m_mid);
+            const CliResult result = Export(withTempo);
+            EXPECT_EQ(result.exitCode, 0) << Describe(result);
+            EXPECT_EQ(ReadAllBytes(m_mid), ReadAllBytes(expected)) << tempo[0];
+        }
     }
-    for (const char* tempo : {"19", "256", "fast", ""}) {
-        const CliResult result = Export({"--part", "2", "--tempo", tempo});
-        EXPECT_EQ(result.exitCode, 2) << Describe(result);
-        EXPECT_NE(result.err.find("invalid tempo"), std::string::npos) << result.err;
+    for (const std::string tempo : {"19", "256", "fast", ""}) {
+        for (const Words& words : {Words{"--part", "2", "--tempo", tempo},
+                                   Words{"--part=2", "--tempo=" + tempo}}) {
+            const CliResult result = Export(words);
+            EXPECT_EQ(result.exitCode, 2) << Describe(result);
+            EXPECT_NE(result.err.find("invalid tempo"), std::string::npos) << result.err;
+        }
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MidiTestSupport.h"
+#include "support/MidiFileBuilders.h"
 
 #include "midifile/MidiImportOptions.h"
 #include "midifile/MidiSelection.h"

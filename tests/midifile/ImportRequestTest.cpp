@@ -1,6 +1,6 @@
 // Where an import goes, from what was selected, and the import dialog's
 // track list.
-#include "MidiTestSupport.h"
+#include "support/MidiFileBuilders.h"
 
 #include "midifile/ImportRequest.h"
 #include "midifile/ImportTrackList.h"

@@ -1,5 +1,5 @@
 // The dump report, character for character.
-#include "MidiTestSupport.h"
+#include "support/MidiFileBuilders.h"
 
 #include "midifile/MidiDumpSink.h"
 #include "midifile/MidiFileDump.h"

@@ -1,5 +1,5 @@
 // The reader's leniency: what it keeps from damaged and unusual files.
-#include "MidiTestSupport.h"
+#include "support/MidiFileBuilders.h"
 
 #include "io/FileTestSupport.h"
 #include "midifile/MidiFileException.h"

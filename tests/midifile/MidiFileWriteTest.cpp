@@ -1,5 +1,5 @@
 // Writing, copying, splitting and the queries over a file in memory.
-#include "MidiTestSupport.h"
+#include "support/MidiFileBuilders.h"
 
 #include "io/FileTestSupport.h"
 #include "midifile/MidiFileException.h"

@@ -1,6 +1,6 @@
 // The conversion of MIDI tracks into device tracks and its distribution
 // into parts and songs.
-#include "MidiTestSupport.h"
+#include "support/MidiFileBuilders.h"
 #include "model/EventBuilders.h"
 
 #include "midifile/ImportClock.h"

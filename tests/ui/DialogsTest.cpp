@@ -90,6 +90,9 @@ TEST_F(DialogsTest, TheArrowsStayWithinTheRange)
     field.SetText(QStringLiteral("fast"));
     field.stepBy(1);
     EXPECT_EQ(field.Value(), 21);
+    // Wide enough to show the largest number of its range.
+    field.SetRange(64, 65535);
+    EXPECT_GT(field.sizeHint().width(), field.fontMetrics().horizontalAdvance(QStringLiteral("65535")));
 }
 
 class StepPropertiesTest : public DialogsTest {

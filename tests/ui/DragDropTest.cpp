@@ -1,7 +1,7 @@
 // Files dropped on the window: a .syx file opens, a .mid file is imported
 // into what it was dropped on.
 #include "EditorTestBase.h"
-#include "midifile/MidiTestSupport.h"
+#include "support/MidiFileBuilders.h"
 
 #include "framework/FileDialog.h"
 #include "framework/MessageBox.h"

@@ -91,7 +91,7 @@ TEST_F(FailedLoadTest, ARecentFileKeepsTheChangesTheirMarkAndTheirHistory)
 
 TEST_F(FailedLoadTest, TheCommandLineKeepsTheLastFileThatLoaded)
 {
-    Frame().ProcessStartup(QStringLiteral("\"%1\" \"%2\"").arg(m_good, m_bad));
+    Frame().ProcessStartup({m_good, m_bad});
     ProcessEvents();
     ExpectReportedAndKept(QStringLiteral("Tarvix - ") + m_good);
 }

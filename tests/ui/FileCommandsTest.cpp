@@ -65,7 +65,7 @@ TEST_F(FileCommandsTest, TitleShowsTheFileAndTheModifiedMark)
 TEST_F(FileCommandsTest, OpenDialogAsksForSysExFilesFromTheCurrentFile)
 {
     const QString path = SampleFile();
-    Start(QLatin1Char('"') + path + QLatin1Char('"'));
+    Start({path});
     TriggerAction("fileOpen"); // cancelled: nothing changes
     const FileDialogRequest request = CFileDialog::LastRequest();
     EXPECT_EQ(request.initialPath, path);
@@ -127,7 +127,7 @@ TEST_F(FileCommandsTest, AFailedSaveKeepsTheModifiedFlagAndTheOldFile)
         ASSERT_TRUE(SaveSyxFile(sample, path.toStdString(), error));
     }
     const QByteArray before = ReadFile(path);
-    Start(QLatin1Char('"') + path + QLatin1Char('"'));
+    Start({path});
     Modify();
 
     CFileDialog::SetNextFileName(TempFile("missing/y.syx"));
@@ -196,9 +196,18 @@ TEST_F(FileCommandsTest, CommandLineOpensEveryFileInOrder)
     other.SetSongName(1, "Second");
     other.SetSongTempo(1, 100);
     other.AppendStep(1, 0, 0xFF);
-    const QString second = WriteSyx("second one.syx", other);
-    Start(QStringLiteral("-x \"%1\" /q \"%2\"").arg(first, second));
+    // The name reaches the frame as the system passed it: a quote, spaces and
+    // letters beyond ASCII are part of it, not separators. Options and empty
+    // arguments name no file; an absolute path is no option.
+    const QString second = WriteSyx("second \"one\" Süßer Ton.syx", other);
+    const QString missing = TempFile("missing.syx");
+    ASSERT_TRUE(QDir::isAbsolutePath(missing));
+    const int shown = CMessageBox::ShownCount();
+    Start({QStringLiteral("-x"), first, QString(), QStringLiteral("--quiet"), missing, second});
+    EXPECT_EQ(CMessageBox::ShownCount(), shown + 1);
+    EXPECT_TRUE(CMessageBox::LastText().contains(missing)) << CMessageBox::LastText().toStdString();
     EXPECT_EQ(Frame().CurrentPath(), second);
+    EXPECT_EQ(Frame().CurrentTitle(), QStringLiteral("second \"one\" Süßer Ton.syx"));
     EXPECT_EQ(Memory().Song(1).name, "Second");
     EXPECT_EQ(Memory().Part(3).name, "");
 }

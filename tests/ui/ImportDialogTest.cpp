@@ -2,7 +2,7 @@
 // the selection, the file asked for at once, the rows, their ticks and
 // device tracks, the options and the settings, the track dump, the import.
 #include "EditorTestBase.h"
-#include "midifile/MidiTestSupport.h"
+#include "support/MidiFileBuilders.h"
 
 #include "framework/DialogRunner.h"
 #include "framework/FileDialog.h"

@@ -1,6 +1,7 @@
 #include "TransportUiTest.h"
 
 #include "framework/DialogRunner.h"
+#include "framework/UpDownEdit.h"
 #include "framework/MessageBox.h"
 #include "transport/ports/MidiOut.h"
 #include "transport/settings/Settings.h"
@@ -8,15 +9,14 @@
 #include "ui/StatusPanes.h"
 #include "ui/options/GeneralPage.h"
 #include "ui/options/MidiPage.h"
-#include "ui/options/NumberField.h"
 #include "ui/options/OptionsSheet.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QSet>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTest>
@@ -29,7 +29,7 @@ using Sheet = COptionsSheet;
 
 QCheckBox* Box(const Sheet& sheet, int id) { return qobject_cast<QCheckBox*>(sheet.General().Control(id)); }
 QComboBox* PortList(const Sheet& sheet, int id) { return qobject_cast<QComboBox*>(sheet.Midi().Control(id)); }
-CNumberField* Number(const Sheet& sheet, int id) { return qobject_cast<CNumberField*>(sheet.Midi().Control(id)); }
+CUpDownEdit* Number(const Sheet& sheet, int id) { return qobject_cast<CUpDownEdit*>(sheet.Midi().Control(id)); }
 
 QStringList Items(const QComboBox& list)
 {
@@ -48,7 +48,7 @@ QString LabelOf(const QWidget& page, const QWidget* control)
     return {};
 }
 
-void Type(CNumberField& field, const QString& text)
+void Type(CUpDownEdit& field, const QString& text)
 {
     field.clear();
     QTest::keyClicks(&field, text);
@@ -74,7 +74,7 @@ protected:
     const SettingValues& Values() { return m_app->Settings().Values(); }
 };
 
-TEST_F(OptionsDialogTest, PagesAndControlsReadAsTheUserSeesThem)
+TEST_F(OptionsDialogTest, EveryControlIsLabelledWithAMnemonicOfItsOwn)
 {
     StartOnLoopback();
     RunOptions([](Sheet& sheet) {
@@ -84,29 +84,29 @@ TEST_F(OptionsDialogTest, PagesAndControlsReadAsTheUserSeesThem)
         EXPECT_EQ(sheet.Tabs().tabText(1), QStringLiteral("MIDI"));
         EXPECT_EQ(sheet.Tabs().currentIndex(), 0);
 
-        const std::pair<int, const char*> boxes[] = {
-            {2601, "Load &device settings"},     {2602, "Load last SysEx &file"},
-            {2603, "Show &toolbar button text"}, {2606, "Show MIDI &note name"},
-            {2604, "Show MIDI &program name"},   {2605, "Show MIDI &controller name"}};
-        for (const auto& [id, text] : boxes) {
-            ASSERT_NE(Box(sheet, id), nullptr) << id;
-            EXPECT_EQ(Box(sheet, id)->text(), QString::fromLatin1(text)) << id;
-        }
-        QStringList groups;
-        for (const QWidget* page : {static_cast<QWidget*>(&sheet.General()), static_cast<QWidget*>(&sheet.Midi())})
-            for (const QGroupBox* group : page->findChildren<QGroupBox*>())
-                groups << group->title();
-        EXPECT_EQ(groups, (QStringList{"When starting", "Miscellaneous", "MIDI Input", "MIDI Output"}));
-
-        const std::pair<int, const char*> fields[] = {
-            {2711, "&Port name:"},    {2712, "&Buffer size:"}, {2714, "N&umber:"},
-            {2721, "P&ort name:"},    {2722, "Bu&ffer size:"}, {2724, "Nu&mber:"},
-            {2726, "Sysex &delay:"},  {2728, "Buf d&elay:"}};
-        for (const auto& [id, text] : fields) {
-            const QWidget* control = sheet.Midi().Control(id);
-            ASSERT_NE(control, nullptr) << id;
-            EXPECT_EQ(LabelOf(sheet.Midi(), control), QString::fromLatin1(text)) << id;
-        }
+        // A mnemonic used twice on a page, or a label that names no field,
+        // sends the keyboard to the wrong control.
+        const auto expectOwnMnemonics = [](const QList<QString>& texts) {
+            QSet<QChar> seen;
+            for (const QString& text : texts) {
+                const qsizetype at = text.indexOf(QLatin1Char('&'));
+                ASSERT_TRUE(at >= 0 && at + 1 < text.size()) << text.toStdString();
+                EXPECT_FALSE(seen.contains(text[at + 1].toLower())) << text.toStdString();
+                seen.insert(text[at + 1].toLower());
+            }
+        };
+        QList<QString> general;
+        for (const int id : {CGeneralPage::kLoadDeviceOnStartId, CGeneralPage::kLoadLastFileOnStartId,
+                             CGeneralPage::kShowToolBarButtonTextId, CGeneralPage::kShowMidiProgramNameId,
+                             CGeneralPage::kShowMidiControllerNameId, CGeneralPage::kShowMidiNoteNameId})
+            general << (Box(sheet, id) != nullptr ? Box(sheet, id)->text() : QString());
+        expectOwnMnemonics(general);
+        QList<QString> midi;
+        for (const int id : {CMidiPage::kInPortId, CMidiPage::kInBufSizeId, CMidiPage::kInBufNumberId,
+                             CMidiPage::kOutPortId, CMidiPage::kOutBufSizeId, CMidiPage::kOutBufNumberId,
+                             CMidiPage::kOutSyxDelayId, CMidiPage::kOutBufDelayId})
+            midi << LabelOf(sheet.Midi(), sheet.Midi().Control(id));
+        expectOwnMnemonics(midi);
         sheet.CancelButton()->click();
     });
 }
@@ -218,9 +218,10 @@ TEST_F(OptionsDialogTest, NumbersOutsideTheirRangeKeepThePageWithAMessage)
             {CMidiPage::kOutBufNumberId, "0", "Please enter an integer between 1 and 1024."},
             {CMidiPage::kOutSyxDelayId, "1001", "Please enter an integer between 0 and 1000."},
             {CMidiPage::kOutBufDelayId, "", "Please enter an integer between 0 and 1000."},
+            {CMidiPage::kOutBufDelayId, "5x", "Please enter an integer between 0 and 1000."},
         };
         for (const Case& c : cases) {
-            CNumberField* field = Number(sheet, c.id);
+            CUpDownEdit* field = Number(sheet, c.id);
             const QString kept = field->text();
             Type(*field, QString::fromLatin1(c.entry));
             const int shown = CMessageBox::ShownCount();
@@ -234,7 +235,7 @@ TEST_F(OptionsDialogTest, NumbersOutsideTheirRangeKeepThePageWithAMessage)
             Type(*field, kept);
         }
         // The buttons keep to the range.
-        CNumberField* size = Number(sheet, CMidiPage::kInBufSizeId);
+        CUpDownEdit* size = Number(sheet, CMidiPage::kInBufSizeId);
         Type(*size, "65535");
         size->stepBy(1);
         EXPECT_EQ(size->text(), QStringLiteral("65535"));

@@ -159,7 +159,7 @@ TEST_F(RecentFilesTest, CommandLineWinsOverTheLastFile)
     const QString named = WriteSyx("named.syx", blank);
     Key().WriteStringValue("Document1", last.toStdString(), kList);
     Key().WriteDwordValue("LoadLastFileOnStart", 1);
-    Start(QLatin1Char('"') + named + QLatin1Char('"'));
+    Start({named});
     EXPECT_EQ(Frame().CurrentPath(), named);
 }
 

@@ -56,12 +56,12 @@ void TransportUiTest::UseDevice(bool input, bool output)
     StoreString("MidiOutDevice", output ? kDeviceName : "");
 }
 
-void TransportUiTest::StartOnLoopback(const QString& commandLine)
+void TransportUiTest::StartOnLoopback(const QStringList& arguments)
 {
     ASSERT_TRUE(m_ownedDriver) << "started twice";
     m_app = std::make_unique<CApplication>(CSettingsKey::InFile(SettingsPath().toStdString()),
                                            std::move(m_ownedDriver));
-    m_app->Start(commandLine);
+    m_app->Start(arguments);
     ProcessEvents();
 }
 

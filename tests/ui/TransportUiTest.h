@@ -35,7 +35,7 @@ protected:
     // Names the device's ports in the settings.
     void UseDevice(bool input = true, bool output = true);
 
-    void StartOnLoopback(const QString& commandLine = {});
+    void StartOnLoopback(const QStringList& arguments = {});
 
     LoopbackMidiDriver& Driver() { return *m_driver; }
     LoopbackMidiDevice& Device() { return *m_device; }

@@ -53,7 +53,7 @@ UiTest::UiTest()
 
 UiTest::~UiTest() { Stop(); }
 
-void UiTest::Start(const QString& commandLine)
+void UiTest::Start(const QStringList& arguments)
 {
     auto ports = std::make_unique<CFakePorts>(m_portSetup);
     auto commands = std::make_unique<CRecordingCommands>();
@@ -61,7 +61,7 @@ void UiTest::Start(const QString& commandLine)
     m_commands = commands.get();
     m_app = std::make_unique<CApplication>(CSettingsKey::InFile(SettingsPath().toStdString()),
                                            std::move(ports), std::move(commands));
-    m_app->Start(commandLine);
+    m_app->Start(arguments);
     ProcessEvents();
 }
 

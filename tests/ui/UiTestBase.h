@@ -64,7 +64,7 @@ protected:
     UiTest();
     ~UiTest() override;
 
-    void Start(const QString& commandLine = {});
+    void Start(const QStringList& arguments = {});
     // Ends the application as the program does: the window stores its state
     // and the settings are saved.
     void Stop();

@@ -20,12 +20,17 @@ QString ClipboardMimeType(ClipboardKind kind)
 
 std::optional<ClipboardKind> ClipboardKindFor(Pane pane, NodeKind kind)
 {
-    if (kind == NodeKind::None || pane == Pane::None)
+    const bool list = pane == Pane::List;
+    if (pane == Pane::None)
         return std::nullopt;
-    if (pane == Pane::List)
-        return static_cast<ClipboardKind>(static_cast<int>(kind));
-    const bool parts = kind == NodeKind::AllParts || kind == NodeKind::Part;
-    return parts ? ClipboardKind::Parts : ClipboardKind::Songs;
+    switch (kind) {
+    case NodeKind::AllParts: return ClipboardKind::Parts;
+    case NodeKind::Part: return list ? ClipboardKind::Tracks : ClipboardKind::Parts;
+    case NodeKind::AllSongs: return ClipboardKind::Songs;
+    case NodeKind::Song: return list ? ClipboardKind::Steps : ClipboardKind::Songs;
+    case NodeKind::None: break;
+    }
+    return std::nullopt;
 }
 
 } // namespace tarvix

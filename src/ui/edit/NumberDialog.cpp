@@ -42,8 +42,8 @@ CNumberDialog::CNumberDialog(const NumberDialogSetup& setup, int value, QWidget*
 
 void CNumberDialog::accept()
 {
-    const std::optional<int> value = m_field->Value();
-    if (!value || *value < m_setup.minimum || *value > m_setup.maximum) {
+    const std::optional<int> value = m_field->ValueInRange();
+    if (!value) {
         CMessageBox::Report(this, m_setup.invalidText);
         m_field->SelectForCorrection();
         return;

@@ -5,7 +5,7 @@
 #include "transport/ports/MidiOut.h"
 #include "transport/settings/Settings.h"
 #include "ui/MidiPorts.h"
-#include "ui/options/NumberField.h"
+#include "framework/UpDownEdit.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -80,9 +80,9 @@ void CMidiPage::AddNumber(QGridLayout& grid, int controlId, const char* label,
                           std::uint32_t SettingValues::*setting)
 {
     const SettingDefinition& definition = DefinitionOf(setting);
-    auto* field = new CNumberField(this);
+    auto* field = new CUpDownEdit(this);
     SetControlId(*field, controlId);
-    field->SetValidRange(definition.min, definition.max);
+    field->SetRange(static_cast<int>(definition.min), static_cast<int>(definition.max));
     auto* caption = new QLabel(tr(label), this);
     caption->setBuddy(field);
     const int row = grid.rowCount();
@@ -98,8 +98,8 @@ void CMidiPage::FillControls()
         connect(list.control, &QComboBox::currentIndexChanged, this, &COptionsPage::changed);
     }
     for (Number& number : m_numbers) {
-        number.control->SetNumber(number.copy);
-        connect(number.control, &QSpinBox::textChanged, this, &COptionsPage::changed);
+        number.control->SetValue(static_cast<int>(number.copy));
+        connect(number.control, &CUpDownEdit::textChanged, this, &COptionsPage::changed);
     }
 }
 
@@ -135,18 +135,21 @@ std::string CMidiPage::SelectedPortName(const PortList& list)
 bool CMidiPage::Leave()
 {
     for (Number& number : m_numbers) {
-        std::uint32_t value = 0;
-        if (!number.control->ReadNumber(value)) {
-            CMessageBox::Report(this, number.control->RangeMessage(), {}, QMessageBox::Warning);
-            number.control->setFocus(Qt::OtherFocusReason);
-            number.control->selectAll();
+        if (!number.control->ValueInRange()) {
+            const SettingDefinition& definition = DefinitionOf(number.setting);
+            CMessageBox::Report(this,
+                                tr("Please enter an integer between %1 and %2.")
+                                    .arg(definition.min)
+                                    .arg(definition.max),
+                                {}, QMessageBox::Warning);
+            number.control->SelectForCorrection();
             return false;
         }
     }
     for (PortList& list : m_portLists)
         list.copy = SelectedPortName(list);
     for (Number& number : m_numbers)
-        number.control->ReadNumber(number.copy);
+        number.copy = static_cast<std::uint32_t>(*number.control->ValueInRange());
     return true;
 }
 

@@ -14,7 +14,7 @@ class QVBoxLayout;
 namespace tarvix {
 
 class CMidiDevice;
-class CNumberField;
+class CUpDownEdit;
 class CSettings;
 class IMidiPorts;
 
@@ -49,7 +49,7 @@ private:
         std::string SettingValues::*setting;
     };
     struct Number {
-        CNumberField* control;
+        CUpDownEdit* control;
         std::uint32_t copy;
         std::uint32_t SettingValues::*setting;
     };

@@ -1,4 +1,4 @@
-#include "MidiTestSupport.h"
+#include "support/MidiFileBuilders.h"
 
 #include "midifile/MidiFileStream.h"
 
