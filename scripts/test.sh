@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Sets up, builds from nothing and runs every test: the unit and end-to-end
-# tests, the same tests under AddressSanitizer and UndefinedBehaviorSanitizer,
-# the threaded transport tests under ThreadSanitizer, and each fuzz target for
-# a bounded time (FUZZ_SECONDS, default 60).
+# tests, the same without the editor (no Qt Widgets), the tests under
+# AddressSanitizer and UndefinedBehaviorSanitizer, the threaded transport
+# tests under ThreadSanitizer, each fuzz target for a bounded time
+# (FUZZ_SECONDS, default 60), and the Debian package, installed and run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -12,6 +13,19 @@ echo "== build and test (default)"
 cmake --preset default
 cmake --build --preset default
 ctest --preset default
+
+# The libraries, tarvix-cli and their tests without the editor: the build
+# refuses to look for Qt Widgets, and nothing it made may load Qt's GUI.
+echo "== build and test (nogui: without the editor)"
+cmake --preset nogui
+cmake --build --preset nogui
+ctest --preset nogui
+gui_linked=$(find build/nogui -type f -perm -u+x -exec sh -c \
+    'readelf -d "$1" 2>/dev/null | grep -qE "libQt6(Gui|Widgets)" && echo "$1"' _ {} \;)
+if [ -n "$gui_linked" ]; then
+    echo "nogui: these link Qt's GUI: $gui_linked" >&2
+    exit 1
+fi
 
 echo "== build and test (asan: AddressSanitizer + UndefinedBehaviorSanitizer)"
 cmake --preset asan
@@ -28,3 +42,8 @@ ctest --preset tsan
 
 echo "== fuzz"
 scripts/fuzz.sh "${FUZZ_SECONDS:-60}"
+
+# Last, because it installs the package into the system: the earlier steps
+# test the built programs, never installed ones. A second run reinstalls.
+echo "== package: build, check, install and run the Debian package"
+scripts/package.sh --install

@@ -1,5 +1,6 @@
 #include "cli/CliCommand.h"
 #include "cli/CliSupport.h"
+#include "version/Version.h"
 
 #include <algorithm>
 #include <cstring>
@@ -37,7 +38,8 @@ void PrintOverview(std::FILE* out)
         std::fprintf(out, "  %-10s %s\n", command->Name(), command->Summary());
     std::fputs("\nAn option's value is the next word, or for a long option follows '='\n"
                "(--tempo=90). Each option is given at most once.\n"
-               "Run 'tarvix-cli COMMAND --help' for a command's arguments.\n",
+               "Run 'tarvix-cli COMMAND --help' for a command's arguments,\n"
+               "'tarvix-cli --version' for the version.\n",
                out);
 }
 
@@ -103,6 +105,10 @@ int RunCli(std::span<const std::string> words, const CliOutput& output)
     }
     if (words[0] == "--help" || words[0] == "-h" || words[0] == "help") {
         PrintOverview(output.out);
+        return kExitSuccess;
+    }
+    if (words[0] == "--version") {
+        std::fprintf(output.out, "tarvix-cli %s\n", kVersionText);
         return kExitSuccess;
     }
     for (const auto& command : AllCommands())

@@ -7,6 +7,7 @@
 #include "model/SysexDump.h"
 #include "ui/ListModel.h"
 #include "ui/ListPane.h"
+#include "version/Version.h"
 
 #include <QDialog>
 #include <QDir>
@@ -226,8 +227,8 @@ TEST_F(FileCommandsTest, AboutShowsVersionBuildAndCopyright)
     });
     TriggerAction("helpAbout");
     EXPECT_EQ(version, QStringLiteral("Tarvix v%1.%2 (build 45)")
-                           .arg(TARVIX_VERSION_MAJOR)
-                           .arg(TARVIX_VERSION_MINOR, 2, 10, QLatin1Char('0')));
+                           .arg(kVersionMajor)
+                           .arg(kVersionMinor, 2, 10, QLatin1Char('0')));
     EXPECT_TRUE(copyright.startsWith(QStringLiteral("Copyright")));
 }
 
