@@ -1,4 +1,4 @@
-#include "transport/settings/SettingsKey.h"
+#include "settings/SettingsKey.h"
 #include "ui/Application.h"
 #include "ui/ProgramInfo.h"
 

@@ -2,7 +2,7 @@
 
 #include "model/Mmt8Memory.h"
 #include "transport/drivers/SystemMidiDriver.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 #include "ui/EditorCommands.h"
 #include "ui/MainFrame.h"
 #include "ui/MidiPorts.h"

@@ -3,7 +3,7 @@
 #include "framework/RecentFileList.h"
 #include "framework/WindowPlacement.h"
 #include "model/Mmt8Memory.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 #include "ui/CommandActions.h"
 #include "ui/CommandLine.h"
 #include "ui/ContextMenus.h"

@@ -8,7 +8,7 @@
 #include "framework/RecentFileList.h"
 #include "model/Mmt8Memory.h"
 #include "model/SysexDump.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 #include "ui/AboutDialog.h"
 #include "ui/FrameKeys.h"
 #include "ui/SettingsKeyStore.h"

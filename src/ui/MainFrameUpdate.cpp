@@ -3,7 +3,7 @@
 #include "ui/MainFrame.h"
 
 #include "model/Mmt8Memory.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 #include "ui/CommandActions.h"
 #include "ui/ListPane.h"
 #include "ui/MidiPorts.h"

@@ -1,6 +1,6 @@
 #include "ui/SettingsKeyStore.h"
 
-#include "transport/settings/SettingsKey.h"
+#include "settings/SettingsKey.h"
 
 namespace tarvix {
 

@@ -4,7 +4,7 @@
 #include "framework/TextReportDialog.h"
 #include "model/Mmt8Memory.h"
 #include "model/TrackListing.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 
 #include <QFontDatabase>
 #include <QStringDecoder>

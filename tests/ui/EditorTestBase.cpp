@@ -1,7 +1,7 @@
 #include "EditorTestBase.h"
 
 #include "framework/DialogRunner.h"
-#include "transport/settings/SettingsKey.h"
+#include "settings/SettingsKey.h"
 #include "ui/ListPane.h"
 #include "ui/TreePane.h"
 

@@ -8,9 +8,9 @@
 #include "support/JackServer.h"
 #include "support/RandomDocument.h"
 #include "transport/drivers/SystemMidiDriver.h"
-#include "transport/settings/SettingsKey.h"
-#include "transport/simulator/DeviceBackends.h"
-#include "transport/simulator/SimulatedMmt8.h"
+#include "settings/SettingsKey.h"
+#include "simulator/DeviceBackends.h"
+#include "simulator/SimulatedMmt8.h"
 #include "ui/transfer/MidiProgressDlg.h"
 
 #include <QApplication>

@@ -4,7 +4,7 @@
 #include "framework/UpDownEdit.h"
 #include "framework/MessageBox.h"
 #include "transport/ports/MidiOut.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 #include "ui/FrameKeys.h"
 #include "ui/StatusPanes.h"
 #include "ui/options/GeneralPage.h"
@@ -198,6 +198,26 @@ TEST_F(OptionsDialogTest, PortListsOfferNoneAndTheDriversPorts)
     }, "toolsOptions");
     EXPECT_EQ(Values().midiInDevice, "Synth");
     EXPECT_EQ(Values().midiOutDevice, "");
+}
+
+TEST_F(OptionsDialogTest, EmptyPortListsSayWhyAsTheCommandLineDoes)
+{
+    StartOnLoopback();
+    const auto reasonShown = [this] {
+        QString shown;
+        RunOptions([&shown](Sheet& sheet) {
+            sheet.SetActivePage(Sheet::kMidiPage);
+            const auto* reason = sheet.findChild<QLabel*>(QStringLiteral("portsReason"));
+            shown = reason != nullptr && !reason->isHidden() ? reason->text() : QString();
+            sheet.CancelButton()->click();
+        });
+        return shown;
+    };
+    EXPECT_EQ(reasonShown(), QString());
+
+    Driver().RemovePort(kDeviceName);
+    Driver().SetUnavailableReason("No JACK server is running.");
+    EXPECT_EQ(reasonShown(), QStringLiteral("No JACK server is running."));
 }
 
 TEST_F(OptionsDialogTest, NumbersOutsideTheirRangeKeepThePageWithAMessage)

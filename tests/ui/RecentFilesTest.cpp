@@ -3,7 +3,7 @@
 #include "framework/FileDialog.h"
 #include "framework/MessageBox.h"
 #include "framework/RecentFileList.h"
-#include "transport/settings/SettingsKey.h"
+#include "settings/SettingsKey.h"
 
 #include <QAction>
 #include <QFile>

@@ -10,7 +10,7 @@
 #include "midifile/MidiFileDump.h"
 #include "midifile/MidiFileException.h"
 #include "model/TrackListing.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 #include "ui/ListPane.h"
 #include "ui/TrackDumpView.h"
 #include "ui/TreePane.h"

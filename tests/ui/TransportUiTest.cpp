@@ -2,7 +2,7 @@
 
 #include "model/SysexDump.h"
 #include "support/RandomDocument.h"
-#include "transport/settings/SettingsKey.h"
+#include "settings/SettingsKey.h"
 
 #include <QApplication>
 

@@ -3,7 +3,7 @@
 #include "UiTestBase.h"
 
 #include "transport/drivers/loopback/LoopbackMidiDriver.h"
-#include "transport/simulator/SimulatedMmt8.h"
+#include "simulator/SimulatedMmt8.h"
 
 #include <cstdint>
 #include <functional>

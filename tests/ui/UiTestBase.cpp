@@ -4,7 +4,7 @@
 #include "framework/FileDialog.h"
 #include "framework/MessageBox.h"
 #include "model/SysexDump.h"
-#include "transport/settings/SettingsKey.h"
+#include "settings/SettingsKey.h"
 
 #include <QAction>
 #include <QApplication>

@@ -6,8 +6,8 @@
 #include "model/Mmt8Memory.h"
 #include "model/SysexDump.h"
 #include "model/TextBuilder.h"
-#include "transport/simulator/DeviceBackends.h"
-#include "transport/simulator/SimulatedMmt8.h"
+#include "simulator/DeviceBackends.h"
+#include "simulator/SimulatedMmt8.h"
 
 #include <poll.h>
 #include <unistd.h>
@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdlib>
 
 namespace tarvix::cli {
 
@@ -74,8 +75,8 @@ public:
                "(JACK, ALSA); 'tarvix-cli ports' lists them like a hardware interface's. It\n"
                "sends its memory as the device's dump when Enter is pressed, on SIGUSR1, or once\n"
                "after --send-after; every dump it receives becomes its memory and is written to\n"
-               "--received. It says what it does on stdout, a line at a time. Ctrl+C or SIGTERM\n"
-               "ends it.";
+               "--received. It says what it does on stdout, a line at a time, bytes its input\n"
+               "lost included. Ctrl+C or SIGTERM ends it.";
     }
     std::vector<const char*> PositionalNames() const override { return {}; }
     std::vector<OptionSpec> Options() const override
@@ -84,7 +85,11 @@ public:
                 {"--memory", true, "a .syx file with a dump, sent as it is (default: empty memory)"},
                 {"--send-after", true, "send once, this many seconds after start"},
                 {"--received", true, "the .syx file each received dump is written to"},
-                {"--wire-speed", false, "send at the MIDI cable's speed, 3125 bytes a second"}};
+                {"--wire-speed", false,
+                 "behave as on a MIDI cable: send at 3125 bytes a second, and take input through a "
+                 "buffer that drains at that speed, losing what does not fit"},
+                {"--input-buffer", true,
+                 "BYTES: that input buffer's size with --wire-speed (default 4096)"}};
     }
 
     int Run(const ParsedArguments& arguments, const CliOutput& output) const override
@@ -97,6 +102,17 @@ public:
             std::string error;
             if (!ParseSeconds(arguments.Value("--send-after"), "delay", true, sendAfter, error))
                 return UsageError(*this, error, output);
+        }
+        std::size_t inputBuffer = SimulatedMmt8::kDefaultInputBuffer;
+        if (arguments.Has("--input-buffer")) {
+            const std::string& text = arguments.Value("--input-buffer");
+            char* end = nullptr;
+            errno = 0;
+            const unsigned long long bytes = std::strtoull(text.c_str(), &end, 10);
+            if (text.empty() || *end != '\0' || errno != 0 || bytes < 1 || bytes > 1u << 30 ||
+                text.front() == '-')
+                return UsageError(*this, "invalid input buffer size '" + text + "'", output);
+            inputBuffer = static_cast<std::size_t>(bytes);
         }
         std::vector<std::uint8_t> memory;
         std::string error;
@@ -111,6 +127,7 @@ public:
         std::vector<DeviceBackend> backends = CreateDeviceBackends(name);
         SimulatedMmt8::Options options;
         options.wireSpeed = arguments.Has("--wire-speed");
+        options.inputBuffer = inputBuffer;
         options.receivedPath = arguments.Has("--received") ? arguments.Value("--received") : "";
         const auto say = [&output](const std::string& line) {
             std::fprintf(output.out, "%s\n", line.c_str());

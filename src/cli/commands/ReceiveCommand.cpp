@@ -11,6 +11,13 @@
 
 #include <optional>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
 namespace tarvix::cli {
 
 namespace {
@@ -51,6 +58,13 @@ public:
                 return UsageError(*this, error, output);
             timeout = seconds;
         }
+        const std::string& path = arguments.Value("-o");
+        // A dump that arrives is lost if it cannot be written then: find out
+        // before the user starts the device.
+        if (std::string error; !CanWriteFile(path, error)) {
+            std::fputs(error.c_str(), output.err);
+            return kExitFailure;
+        }
         const std::string& port = arguments.Value("--port");
         const SignalWatch signals;
         TransferPorts ports;
@@ -72,7 +86,6 @@ public:
             view.ReportMessage("No dump loaded; nothing was written.\n");
             return kExitFailure;
         }
-        const std::string& path = arguments.Value("-o");
         std::string error;
         if (!WriteFileReplacing(path, dump.data(), static_cast<std::uint32_t>(dump.size()), error)) {
             view.ReportMessage(error);
@@ -84,6 +97,30 @@ public:
     }
 
 private:
+    // The file is written as a new file in its folder, renamed over the
+    // target, or, when the folder takes no new file, over a target that is
+    // writable: one of the two must work, and the target must be a file.
+    static bool CanWriteFile(const std::string& path, std::string& error)
+    {
+        struct stat target {};
+        const bool exists = stat(path.c_str(), &target) == 0;
+        if (exists && S_ISDIR(target.st_mode)) {
+            error = FormatText("Can't write %s: %s\n", path.c_str(), std::strerror(EISDIR));
+            return false;
+        }
+        if (exists && access(path.c_str(), W_OK) == 0)
+            return true;
+        std::string probe = path + ".tarvix-XXXXXX";
+        const int fd = mkstemp(probe.data());
+        if (fd < 0) {
+            error = FormatText("Can't write %s: %s\n", path.c_str(), std::strerror(errno));
+            return false;
+        }
+        close(fd);
+        unlink(probe.c_str());
+        return true;
+    }
+
     static std::string EndingMessage(Ending ending, const std::string& port, double timeout)
     {
         switch (ending) {

@@ -2,7 +2,7 @@
 
 #include "transport/drivers/SystemMidiDriver.h"
 #include "transport/ports/MidiDevices.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 
 namespace tarvix::cli {
 

@@ -73,9 +73,26 @@ void BufferedMidiPorts::Sent(BufferedMidiPort& port, std::size_t count)
     if (port.m_outputOffset >= header.bufferLength) {
         port.m_output.pop_front();
         port.m_outputOffset = 0;
+        header.bytesRecorded = header.bufferLength;
         MarkHeaderDone(header);
         m_calls.Post(port, MidiCallbackMessage::BufferDone, &header);
     }
+}
+
+void BufferedMidiPorts::Fail(BufferedMidiPort& port, const std::string& reason)
+{
+    if (port.m_failure.empty())
+        port.m_failure = reason;
+    std::size_t handed = port.m_outputOffset;
+    for (MidiHeader* header : port.m_output) {
+        header->bytesRecorded = static_cast<std::uint32_t>(handed);
+        handed = 0;
+        header->flags |= kMidiHeaderFailed;
+        MarkHeaderDone(*header);
+        m_calls.Post(port, MidiCallbackMessage::BufferDone, header);
+    }
+    port.m_output.clear();
+    port.m_outputOffset = 0;
 }
 
 MidiResult BufferedMidiPorts::PrepareHeader(MidiHandle handle, MidiHeader& header)
@@ -158,7 +175,11 @@ MidiResult BufferedMidiPorts::QueueOutput(MidiHandle handle, MidiHeader& header)
         return result;
     }
     MarkHeaderQueued(header);
+    header.flags &= ~kMidiHeaderFailed;
+    header.bytesRecorded = 0;
     port->m_output.push_back(&header);
+    if (!port->m_failure.empty())
+        Fail(*port, port->m_failure);
     return kMidiNoError;
 }
 

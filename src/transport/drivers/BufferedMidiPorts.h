@@ -9,6 +9,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <vector>
 
 namespace tarvix {
@@ -23,6 +24,8 @@ struct BufferedMidiPort : MidiPortHandle {
     SysexInputQueue m_input;          // input ports
     std::deque<MidiHeader*> m_output; // output ports: to send, the front one in progress
     std::size_t m_outputOffset = 0;   // bytes of the front one already sent
+    std::string m_failure;            // output: why the port can no longer send
+    std::uint64_t m_lostInput = 0;    // input: bytes the backend dropped before the queue
 };
 
 // The open ports of one driver and everything the contract in MidiDriver.h
@@ -60,6 +63,9 @@ public:
     static std::size_t PeekOutput(const BufferedMidiPort& port, const std::uint8_t*& data);
     // count bytes of the front buffer went out; a finished buffer is returned.
     void Sent(BufferedMidiPort& port, std::size_t count);
+    // The output port can no longer send: every buffer comes back marked
+    // failed, and so will every later one.
+    void Fail(BufferedMidiPort& port, const std::string& reason);
     void Post(std::function<void()> call) { m_calls.Post(std::move(call)); }
 
 private:

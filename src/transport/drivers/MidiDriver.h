@@ -32,6 +32,10 @@ inline constexpr MidiResult kMidiNotReady = 67;
 inline constexpr std::uint32_t kMidiHeaderDone = 0x1;
 inline constexpr std::uint32_t kMidiHeaderPrepared = 0x2;
 inline constexpr std::uint32_t kMidiHeaderInQueue = 0x4;
+// Output: the buffer came back without all its bytes sent, because the
+// port failed (its server stopped, it went away, a write failed);
+// bytesRecorded says how many of them were handed over.
+inline constexpr std::uint32_t kMidiHeaderFailed = 0x100;
 
 // One buffer as it is handed to the driver.
 struct MidiHeader {
@@ -74,7 +78,11 @@ using MidiCallback = void (*)(MidiHandle handle, MidiCallbackMessage message, vo
 //   next Start. The backends here never send LongError.
 // - Output: LongMsg sends the header's bytes as they are and returns the
 //   buffer by BufferDone when they are gone; Reset returns every buffer
-//   still held, by BufferDone, without sending what was not sent yet.
+//   still held, by BufferDone, without sending what was not sent yet. A
+//   port that can no longer send returns every buffer it holds, and each
+//   one given to it later, marked kMidiHeaderFailed; GetPortFailure says
+//   why. A buffer is never returned as sent when its bytes were not handed
+//   over.
 // - Prepare must precede AddBuffer/LongMsg; Unprepare fails with
 //   kMidiStillPlaying while the driver holds the buffer.
 // - Callbacks of one driver never run concurrently and arrive in the order
@@ -103,6 +111,16 @@ public:
     virtual std::string GetErrorText(MidiResult result) const = 0;
     // Why the service lists no ports (no sequencer, no server), or empty.
     virtual std::string GetUnavailableReason() const { return {}; }
+    // True for a port with no cable behind it anywhere (in-process ports),
+    // which the output port may feed faster than a cable carries; see
+    // CMidiOut for the rule.
+    virtual bool IsSoftwareOnly(MidiHandle /*handle*/) { return false; }
+    // Input: SysEx bytes that arrived for the port and were dropped on the
+    // way (full rings or pools, a message cut by a status byte), since it
+    // was opened.
+    virtual std::uint64_t GetLostInputBytes(MidiHandle /*handle*/) { return 0; }
+    // Output: why the port failed (one sentence), or empty while it works.
+    virtual std::string GetPortFailure(MidiHandle /*handle*/) { return {}; }
 };
 
 } // namespace tarvix

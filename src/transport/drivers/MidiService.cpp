@@ -107,61 +107,17 @@ MidiResult MidiService::Open(MidiDirection direction, std::uint32_t index, MidiC
     return result;
 }
 
-MidiDriver* MidiService::Owner(MidiHandle handle) const
+MidiDriver* MidiService::Target(MidiHandle handle) const
 {
     const std::lock_guard lock(m_mutex);
     const auto it = m_owners.find(handle);
     return it == m_owners.end() ? nullptr : it->second;
 }
 
-MidiResult MidiService::Close(MidiHandle handle)
+void MidiService::Closed(MidiHandle handle)
 {
-    MidiDriver* owner = Owner(handle);
-    if (owner == nullptr) {
-        return kMidiInvalidHandle;
-    }
-    const MidiResult result = owner->Close(handle);
-    if (result == kMidiNoError) {
-        const std::lock_guard lock(m_mutex);
-        m_owners.erase(handle);
-    }
-    return result;
-}
-
-MidiResult MidiService::Reset(MidiHandle handle)
-{
-    MidiDriver* owner = Owner(handle);
-    return owner == nullptr ? kMidiInvalidHandle : owner->Reset(handle);
-}
-
-MidiResult MidiService::PrepareHeader(MidiHandle handle, MidiHeader& header)
-{
-    MidiDriver* owner = Owner(handle);
-    return owner == nullptr ? kMidiInvalidHandle : owner->PrepareHeader(handle, header);
-}
-
-MidiResult MidiService::UnprepareHeader(MidiHandle handle, MidiHeader& header)
-{
-    MidiDriver* owner = Owner(handle);
-    return owner == nullptr ? kMidiInvalidHandle : owner->UnprepareHeader(handle, header);
-}
-
-MidiResult MidiService::AddBuffer(MidiHandle handle, MidiHeader& header)
-{
-    MidiDriver* owner = Owner(handle);
-    return owner == nullptr ? kMidiInvalidHandle : owner->AddBuffer(handle, header);
-}
-
-MidiResult MidiService::Start(MidiHandle handle)
-{
-    MidiDriver* owner = Owner(handle);
-    return owner == nullptr ? kMidiInvalidHandle : owner->Start(handle);
-}
-
-MidiResult MidiService::LongMsg(MidiHandle handle, MidiHeader& header)
-{
-    MidiDriver* owner = Owner(handle);
-    return owner == nullptr ? kMidiInvalidHandle : owner->LongMsg(handle, header);
+    const std::lock_guard lock(m_mutex);
+    m_owners.erase(handle);
 }
 
 std::string MidiService::GetErrorText(MidiResult result) const

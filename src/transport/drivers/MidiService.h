@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transport/drivers/MidiDriver.h"
+#include "transport/drivers/ForwardingMidiDriver.h"
 
 #include <map>
 #include <memory>
@@ -17,7 +17,7 @@ namespace tarvix {
 //     "JACK: system:midi_capture_1"
 // so a name stored in the settings finds the same port on the same backend.
 // Handles are the backends' own; callbacks come straight from the backend.
-class MidiService : public MidiDriver {
+class MidiService : public CForwardingMidiDriver {
 public:
     static constexpr const char* kPrefixSeparator = ": ";
 
@@ -35,13 +35,6 @@ public:
     MidiResult GetDevName(MidiDirection direction, std::uint32_t index, std::string& name) override;
     MidiResult Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
                     void* instance, MidiHandle& handle) override;
-    MidiResult Close(MidiHandle handle) override;
-    MidiResult Reset(MidiHandle handle) override;
-    MidiResult PrepareHeader(MidiHandle handle, MidiHeader& header) override;
-    MidiResult UnprepareHeader(MidiHandle handle, MidiHeader& header) override;
-    MidiResult AddBuffer(MidiHandle handle, MidiHeader& header) override;
-    MidiResult Start(MidiHandle handle) override;
-    MidiResult LongMsg(MidiHandle handle, MidiHeader& header) override;
     std::string GetErrorText(MidiResult result) const override;
     // "<backend>: <reason>" for each backend that has one, one a line; with
     // no backend at all, that.
@@ -54,7 +47,8 @@ private:
     };
     // Maps a service index through the counts of the last GetNumDevs.
     Place Locate(MidiDirection direction, std::uint32_t index);
-    MidiDriver* Owner(MidiHandle handle) const;
+    MidiDriver* Target(MidiHandle handle) const override;
+    void Closed(MidiHandle handle) override;
 
     std::vector<std::unique_ptr<MidiDriver>> m_backends;
     mutable std::mutex m_mutex;

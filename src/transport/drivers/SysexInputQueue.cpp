@@ -42,6 +42,7 @@ void SysexInputQueue::Write(const std::uint8_t* data, std::size_t size)
         // Whatever arrives before Start is dropped whole, so input begins
         // with the next F0 rather than in the middle of a message.
         m_inSysex = false;
+        m_cut = false;
         return;
     }
     for (std::size_t i = 0; i < size; ++i) {
@@ -53,18 +54,30 @@ void SysexInputQueue::Write(const std::uint8_t* data, std::size_t size)
         }
         if (byte == kSysexStart) {
             m_inSysex = true;
+            m_cut = false;
             Keep(byte);
         } else if (byte == kSysexEnd) {
             if (m_inSysex) {
                 Keep(byte);
+            } else if (m_cut) {
+                ++m_lostBytes; // the end of the message that was cut
             }
             m_inSysex = false;
+            m_cut = false;
         } else if ((byte & kStatusBit) != 0) {
             // Any other status byte ends a SysEx without F7 and starts a
-            // short message, which the program does not collect.
+            // short message, which the program does not collect. The
+            // message it cut lost its end: the status byte and the data
+            // after it, up to the next F0 or F7, count as lost.
+            if (m_inSysex || m_cut) {
+                ++m_lostBytes;
+                m_cut = true;
+            }
             m_inSysex = false;
         } else if (m_inSysex) {
             Keep(byte);
+        } else if (m_cut) {
+            ++m_lostBytes;
         }
     }
 }
@@ -101,6 +114,7 @@ void SysexInputQueue::Reset(std::vector<MidiHeader*>& returned)
     m_pending.clear();
     m_started = false;
     m_inSysex = false;
+    m_cut = false;
 }
 
 } // namespace tarvix

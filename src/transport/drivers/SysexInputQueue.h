@@ -37,6 +37,8 @@ public:
 
     bool HoldsBuffers() const { return !m_headers.empty(); }
     std::size_t GetPendingSize() const { return m_pending.size(); }
+    // Bytes dropped: beyond the pending limit, or of a message a status
+    // byte cut short.
     std::uint64_t GetLostBytes() const { return m_lostBytes; }
 
 private:
@@ -51,6 +53,7 @@ private:
     std::deque<std::uint8_t> m_pending;
     bool m_started = false;
     bool m_inSysex = false;
+    bool m_cut = false; // a status byte cut the last message short
     std::uint64_t m_lostBytes = 0;
 };
 

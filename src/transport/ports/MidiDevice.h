@@ -50,6 +50,8 @@ public:
     virtual int FindDevice(const std::string& name);
     virtual bool GetDevName(std::uint32_t index, std::string& name);
     virtual std::string GetLastErrorText();
+    // Why the MIDI service lists no ports (one reason a line), or empty.
+    std::string GetUnavailableReason() const { return m_driver.GetUnavailableReason(); }
     virtual std::string GetErrorText(MidiResult code);
     virtual bool IsOpen() const;
     virtual bool OpenByName(const std::string& name);
@@ -71,7 +73,8 @@ public:
 
 protected:
     virtual void ThreadProc() = 0;
-    // Called for every driver notification after the port has handled it.
+    // Called for every driver notification after the port has handled it;
+    // for an input buffer (LongData) before, while its bytes are still there.
     virtual void OnMessage(MidiCallbackMessage message, MidiHandle handle, MidiHeader* header);
 
     // Open steps shared by both ports; portEvent is the port's own event.
@@ -94,9 +97,10 @@ protected:
     bool IsStopping() const { return m_stop; }
     void WakeWorker() { m_wakeUp.Set(); }
     void WaitForWakeUp() { m_wakeUp.Wait(); }
+    void WaitForWakeUpFor(std::chrono::milliseconds timeout) { m_wakeUp.WaitFor(timeout); }
 
     bool Succeeded(MidiResult result);
-    MidiDriver& Driver() { return m_driver; }
+    MidiDriver& Driver() const { return m_driver; }
     MidiHandle Handle() const { return m_handle; }
     std::vector<std::unique_ptr<CMidiBuffer>>& Buffers() { return m_buffers; }
     SysexMessageList& Messages() { return m_messages; }

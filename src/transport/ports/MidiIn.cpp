@@ -57,6 +57,8 @@ bool CMidiIn::StartReceive()
         m_started = true;
     }
     m_errorCount = 0;
+    m_lostBufferBytes = 0;
+    m_driverLostAtStart = Driver().GetLostInputBytes(Handle());
     if (Succeeded(Driver().Start(Handle())))
         m_stopEvent.Reset();
     return true;
@@ -105,24 +107,37 @@ void CMidiIn::Callback(MidiHandle handle, MidiCallbackMessage message, void* ins
 
 void CMidiIn::HandleCallback(MidiHandle handle, MidiCallbackMessage message, MidiHeader* header)
 {
+    // Before the buffer goes to the worker, which refills it.
+    if (message == MidiCallbackMessage::LongData)
+        OnMessage(message, handle, header);
     switch (message) {
     case MidiCallbackMessage::Open:
     case MidiCallbackMessage::Close: HandleOpenClose(handle, message); break;
     case MidiCallbackMessage::LongData:
         if (header != nullptr && !m_queue.Push(CMidiBuffer::FromHeader(header)))
-            CountLostBuffer();
+            CountLostBuffer(header);
         WakeWorker();
         break;
-    case MidiCallbackMessage::LongError: CountLostBuffer(); break;
+    case MidiCallbackMessage::LongError: CountLostBuffer(header); break;
     case MidiCallbackMessage::BufferDone: break;
     }
-    OnMessage(message, handle, header);
+    if (message != MidiCallbackMessage::LongData)
+        OnMessage(message, handle, header);
 }
 
-void CMidiIn::CountLostBuffer()
+void CMidiIn::CountLostBuffer(const MidiHeader* header)
 {
     ++m_errorCount;
     ++m_lostBuffers;
+    if (header != nullptr)
+        m_lostBufferBytes += std::min(header->bytesRecorded, header->bufferLength);
+}
+
+std::uint64_t CMidiIn::GetLostBytes() const
+{
+    const std::uint64_t driverLost = IsOpen() ? Driver().GetLostInputBytes(Handle()) : 0;
+    return (driverLost > m_driverLostAtStart ? driverLost - m_driverLostAtStart : 0) +
+           m_lostBufferBytes;
 }
 
 void CMidiIn::CollectBytes(CMidiBuffer& buffer)

@@ -33,6 +33,9 @@ public:
     bool IsStarted() const { return m_started; }
     // Long-data errors and ring overflows since the last start.
     std::uint32_t GetErrorCount() const { return m_errorCount; }
+    // SysEx bytes that arrived since the last start but were dropped on
+    // the way, by the driver or in the port's own ring.
+    std::uint64_t GetLostBytes() const;
     CAutoResetEvent& GetStopEvent() { return m_stopEvent; }
 
 protected:
@@ -45,7 +48,7 @@ private:
     void CollectBytes(CMidiBuffer& buffer);
     // Hands a buffer to the driver; on failure it stays free.
     void GiveBack(CMidiBuffer& buffer);
-    void CountLostBuffer();
+    void CountLostBuffer(const MidiHeader* header);
 
     // Held while the worker gives a buffer back and while Stop clears the
     // started flag, so that no buffer reaches the driver after its reset.
@@ -54,6 +57,8 @@ private:
     std::atomic<std::uint32_t> m_errorCount{0};
     // Buffers the driver damaged or the full ring dropped, until the next open.
     std::atomic<std::uint32_t> m_lostBuffers{0};
+    std::atomic<std::uint64_t> m_lostBufferBytes{0};
+    std::uint64_t m_driverLostAtStart = 0;
     CBufferQueue m_queue;
     CAutoResetEvent m_stopEvent;
 };

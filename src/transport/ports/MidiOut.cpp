@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstring>
 #include <thread>
+#include <utility>
 
 namespace tarvix {
 
@@ -16,7 +17,11 @@ void SleepMilliseconds(std::uint32_t delay)
 }
 } // namespace
 
-CMidiOut::CMidiOut(MidiDriver& driver) : CMidiDevice(driver, MidiDirection::Output) {}
+CMidiOut::CMidiOut(MidiDriver& driver, CCablePacer::Clock clock)
+    : CMidiDevice(driver, MidiDirection::Output), m_clock(std::move(clock)),
+      m_pacer(CCablePacer::kDefaultLead, m_clock)
+{
+}
 
 CMidiOut::~CMidiOut()
 {
@@ -26,7 +31,22 @@ CMidiOut::~CMidiOut()
 
 bool CMidiOut::Open(std::uint32_t index)
 {
-    return OpenPort(index, &CMidiOut::Callback, m_sysexSent);
+    m_failed = false;
+    if (!OpenPort(index, &CMidiOut::Callback, m_sysexSent))
+        return false;
+    m_paced = m_pacing == Pacing::Cable ||
+              (m_pacing == Pacing::Auto && !Driver().IsSoftwareOnly(Handle()));
+    std::lock_guard lock(ListLock());
+    m_pacer = CCablePacer(m_lead, m_clock, m_catchUp);
+    return true;
+}
+
+std::string CMidiOut::GetFailure()
+{
+    if (!m_failed)
+        return {};
+    std::string reason = IsOpen() ? Driver().GetPortFailure(Handle()) : std::string();
+    return reason.empty() ? GetErrorText(kMidiError) : reason;
 }
 
 bool CMidiOut::Close()
@@ -43,6 +63,7 @@ bool CMidiOut::Close()
 bool CMidiOut::Reset()
 {
     const bool reset = ResetPort();
+    m_failed = false;
     m_sysexSent.Set();
     return reset;
 }
@@ -51,6 +72,13 @@ bool CMidiOut::QueueSysex(std::span<const std::uint8_t> bytes, bool asOneMessage
 {
     if (bytes.empty())
         return true;
+    {
+        std::lock_guard lock(ListLock());
+        if (Messages().empty()) {
+            m_handedOver = 0;
+            m_pacer.Restart();
+        }
+    }
     m_sysexSent.Reset();
     if (asOneMessage) {
         QueueMessage(bytes);
@@ -90,18 +118,32 @@ bool CMidiOut::GetQueueState(std::uint32_t& totalBytes, std::uint32_t& sentBytes
 
 void CMidiOut::ThreadProc()
 {
+    constexpr std::chrono::nanoseconds kUntilWoken{-1};
+    std::chrono::nanoseconds wait = kUntilWoken;
     while (!IsStopping()) {
-        WaitForWakeUp();
+        if (wait < std::chrono::nanoseconds::zero())
+            WaitForWakeUp();
+        else
+            WaitForWakeUpFor(std::chrono::ceil<std::chrono::milliseconds>(wait));
         if (IsStopping())
             break;
-        if (RemoveHandedOverMessage()) {
+        wait = kUntilWoken;
+        if (RemoveHandedOverMessage(wait)) {
             SleepMilliseconds(m_sysexDelay);
             m_sysexSent.Set();
         }
-        while (!IsStopping() && SendNextChunk())
+        while (!IsStopping() && SendNextChunk(wait))
             SleepMilliseconds(m_bufferDelay);
     }
     FreeMessages();
+}
+
+void CMidiOut::WaitAtMost(std::chrono::nanoseconds& wait, CCablePacer::TimePoint until) const
+{
+    const auto left = std::max(until - m_pacer.Now(), CCablePacer::TimePoint::duration::zero());
+    const auto nanoseconds = std::chrono::duration_cast<std::chrono::nanoseconds>(left);
+    if (wait < std::chrono::nanoseconds::zero() || nanoseconds < wait)
+        wait = nanoseconds;
 }
 
 void CMidiOut::Callback(MidiHandle handle, MidiCallbackMessage message, void* instance,
@@ -117,8 +159,14 @@ void CMidiOut::HandleCallback(MidiHandle handle, MidiCallbackMessage message, Mi
     case MidiCallbackMessage::Open:
     case MidiCallbackMessage::Close: HandleOpenClose(handle, message); break;
     case MidiCallbackMessage::BufferDone:
-        if (header != nullptr)
+        if (header != nullptr) {
+            m_handedOver += (header->flags & kMidiHeaderFailed) != 0
+                                ? std::min(header->bytesRecorded, header->bufferLength)
+                                : header->bufferLength;
+            if ((header->flags & kMidiHeaderFailed) != 0)
+                m_failed = true;
             CMidiBuffer::FromHeader(header)->SetFree(true);
+        }
         WakeWorker();
         break;
     case MidiCallbackMessage::LongData:
@@ -135,7 +183,7 @@ void CMidiOut::QueueMessage(std::span<const std::uint8_t> bytes)
     Messages().push_back(std::move(message));
 }
 
-bool CMidiOut::RemoveHandedOverMessage()
+bool CMidiOut::RemoveHandedOverMessage(std::chrono::nanoseconds& wait)
 {
     std::lock_guard lock(ListLock());
     auto& messages = Messages();
@@ -145,18 +193,24 @@ bool CMidiOut::RemoveHandedOverMessage()
     // too soon and a transfer ending on the empty queue would reset the
     // port under its last pieces.
     if (messages.empty() || messages.front()->GetOffset() != messages.front()->GetSize() ||
-        !AreBuffersBack(0))
+        !AreBuffersBack(0) || m_failed)
         return false;
+    // And only once its last byte could have left the cable: done means
+    // delivered, and the SysEx pause is the device's time after the end.
+    if (m_paced && !m_pacer.IsDrained()) {
+        WaitAtMost(wait, m_pacer.GetDrainedAt());
+        return false;
+    }
     const bool wasSysex = messages.front()->ContainsSysexEnd();
     messages.erase(messages.begin());
     return wasSysex;
 }
 
-bool CMidiOut::SendNextChunk()
+bool CMidiOut::SendNextChunk(std::chrono::nanoseconds& wait)
 {
     std::lock_guard lock(ListLock());
     auto& messages = Messages();
-    if (messages.empty())
+    if (messages.empty() || m_failed)
         return false;
     CSysexMessage& message = *messages.front();
     if (message.GetOffset() >= message.GetSize())
@@ -164,8 +218,15 @@ bool CMidiOut::SendNextChunk()
     CMidiBuffer* buffer = FindFreeBuffer();
     if (buffer == nullptr || !UnprepareBuffer(*buffer))
         return false;
-    const std::uint32_t count =
-        std::min(buffer->GetCapacity(), message.GetSize() - message.GetOffset());
+    std::uint32_t count = std::min(buffer->GetCapacity(), message.GetSize() - message.GetOffset());
+    if (m_paced) {
+        // Whole pieces, each as large as a buffer but never beyond the lead.
+        count = std::min(count, static_cast<std::uint32_t>(m_pacer.GetLead()));
+        if (m_pacer.GetAllowance() < count) {
+            WaitAtMost(wait, m_pacer.WhenAllowed(count));
+            return false;
+        }
+    }
     if (count == 0)
         return false;
     std::memcpy(buffer->data, message.Bytes().GetData() + message.GetOffset(), count);
@@ -173,6 +234,8 @@ bool CMidiOut::SendNextChunk()
     if (!PrepareBuffer(*buffer))
         return false;
     buffer->SetFree(false);
+    if (m_paced)
+        m_pacer.Hand(count);
     if (Succeeded(Driver().LongMsg(Handle(), *buffer))) {
         message.AddOffset(count);
         return true;

@@ -23,6 +23,15 @@ bool ReceiveDump(CMidiIn& input, CMidiOut& output, CMmt8Memory& memory, Transfer
 bool LoadReceivedDump(const CMidiIn& input, CMmt8Memory& memory, const MessageSink& reportMessage,
                       std::vector<std::uint8_t>* loadedBytes)
 {
+    // A dump with a hole may still end in F7 and even load, as a damaged
+    // document: with any byte lost, none is taken.
+    if (const std::uint64_t lost = input.GetLostBytes(); lost != 0) {
+        if (reportMessage)
+            reportMessage(FormatText("%llu bytes were lost while receiving; the dump was not "
+                                     "loaded.\n",
+                                     static_cast<unsigned long long>(lost)));
+        return false;
+    }
     // Copied out first: loading and reporting must not hold the list lock.
     std::vector<std::vector<std::uint8_t>> dumps;
     {

@@ -70,7 +70,7 @@ bool CSysexTransfer::SendBytes(std::span<const std::uint8_t> bytes)
         std::uint32_t total = 0;
         std::uint32_t sent = 0;
         std::uint32_t count = 0;
-        if (!m_output.GetQueueState(total, sent, count)) {
+        if (!m_output.HasFailed() && !m_output.GetQueueState(total, sent, count)) {
             m_sendBytes = nullptr;
             return true;
         }
@@ -112,6 +112,10 @@ bool CSysexTransfer::ShowProgress()
         m_output.FreeMessages();
         m_output.Reset();
     }
+    if (!m_failure.empty()) {
+        m_view.ReportMessage(m_failure);
+        return false;
+    }
     return finished;
 }
 
@@ -119,6 +123,15 @@ bool CSysexTransfer::UpdateSend()
 {
     if (m_sendBytes == nullptr)
         return false;
+    if (m_output.HasFailed()) {
+        const auto handed = static_cast<unsigned>(
+            std::min<std::uint64_t>(m_output.GetHandedOverBytes(), m_sendSize));
+        m_failure = FormatText("Sending stopped after %u of %u bytes: %s\n", handed, m_sendSize,
+                               m_output.GetFailure().c_str());
+        m_sendBytes = nullptr;
+        m_awaited = AwaitedSysex::None; // the transfer is over
+        return false;
+    }
     std::uint32_t total = 0;
     std::uint32_t sent = 0;
     std::uint32_t count = 0;
@@ -159,6 +172,9 @@ void CSysexTransfer::UpdateReceive()
     }
     if (total == 0)
         text += m_prompt;
+    if (const std::uint64_t lost = m_input.GetLostBytes(); lost != 0)
+        text += FormatText("%llu bytes were lost while receiving\n",
+                           static_cast<unsigned long long>(lost));
     m_text = std::move(text);
     SetProgress(m_progressMaximum, total);
 }

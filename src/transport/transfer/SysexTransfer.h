@@ -34,7 +34,9 @@ public:
 
     // Starts receiving, then sends the bytes if any and shows the progress
     // until the awaited message has arrived. True only when it did (or, with
-    // AwaitedSysex::None, when everything went out).
+    // AwaitedSysex::None, when everything went out: its last byte could
+    // have left the cable). An output port that fails mid-send ends the
+    // transfer with a message and false.
     bool RunTransfer(AwaitedSysex awaited, std::span<const std::uint8_t> bytes = {});
     // Queues the bytes as their F0..F7 messages. Without a receive, a send
     // that is over within 100 ms shows no progress at all.
@@ -66,6 +68,8 @@ private:
     std::string m_text;
     std::uint32_t m_progressRange = 0;
     std::uint32_t m_progressPosition = 0;
+    // Why a send ended early; shown once the progress has closed.
+    std::string m_failure;
 };
 
 } // namespace tarvix

@@ -4,7 +4,7 @@
 #include "midifile/ImportRequest.h"
 #include "midifile/MidiImport.h"
 #include "model/Mmt8Memory.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 #include "ui/import/MidiImportDialog.h"
 #include "ui/import/PaneSelection.h"
 

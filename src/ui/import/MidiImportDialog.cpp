@@ -7,7 +7,7 @@
 #include "midifile/MidiDumpSink.h"
 #include "midifile/MidiFileException.h"
 #include "midifile/MidiImport.h"
-#include "transport/settings/ImportOptionSettings.h"
+#include "settings/ImportOptionSettings.h"
 #include "ui/TrackDumpView.h"
 #include "ui/import/ImportTrackModel.h"
 

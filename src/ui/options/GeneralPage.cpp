@@ -1,6 +1,6 @@
 #include "ui/options/GeneralPage.h"
 
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

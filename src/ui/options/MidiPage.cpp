@@ -3,7 +3,7 @@
 #include "framework/MessageBox.h"
 #include "transport/ports/MidiIn.h"
 #include "transport/ports/MidiOut.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 #include "ui/MidiPorts.h"
 #include "framework/UpDownEdit.h"
 
@@ -50,6 +50,12 @@ CMidiPage::CMidiPage(CSettings& settings, IMidiPorts& ports, QWidget* parent)
     AddNumber(*output, kOutSyxDelayId, "Sysex &delay:", &SettingValues::midiOutSyxDelay);
     AddNumber(*output, kOutBufDelayId, "Buf d&elay:", &SettingValues::midiOutBufDelay);
 
+    // Empty port lists say why, in the words the command line uses.
+    m_reason = new QLabel(this);
+    m_reason->setObjectName(QStringLiteral("portsReason"));
+    m_reason->setWordWrap(true);
+    m_reason->hide();
+    layout->addWidget(m_reason);
     layout->addStretch(1);
 }
 
@@ -93,10 +99,16 @@ void CMidiPage::AddNumber(QGridLayout& grid, int controlId, const char* label,
 
 void CMidiPage::FillControls()
 {
+    QString reason;
     for (PortList& list : m_portLists) {
         FillPortList(list);
         connect(list.control, &QComboBox::currentIndexChanged, this, &COptionsPage::changed);
+        // Only the "none" entry: the service says why, if it knows.
+        if (list.control->count() == 1 && list.device != nullptr && reason.isEmpty())
+            reason = QString::fromStdString(list.device->GetUnavailableReason()).trimmed();
     }
+    m_reason->setText(reason);
+    m_reason->setVisible(!reason.isEmpty());
     for (Number& number : m_numbers) {
         number.control->SetValue(static_cast<int>(number.copy));
         connect(number.control, &CUpDownEdit::textChanged, this, &COptionsPage::changed);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transport/settings/SettingValues.h"
+#include "settings/SettingValues.h"
 #include "ui/options/OptionsPage.h"
 
 #include <cstdint>
@@ -9,6 +9,7 @@
 
 class QComboBox;
 class QGridLayout;
+class QLabel;
 class QVBoxLayout;
 
 namespace tarvix {
@@ -66,6 +67,7 @@ private:
     IMidiPorts& m_ports;
     std::vector<PortList> m_portLists;
     std::vector<Number> m_numbers;
+    QLabel* m_reason = nullptr; // why no ports are listed
 };
 
 } // namespace tarvix

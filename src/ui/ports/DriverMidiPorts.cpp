@@ -4,7 +4,7 @@
 #include "transport/drivers/MidiDriver.h"
 #include "transport/ports/MidiIn.h"
 #include "transport/ports/MidiOut.h"
-#include "transport/settings/Settings.h"
+#include "settings/Settings.h"
 
 #include <QStatusBar>
 

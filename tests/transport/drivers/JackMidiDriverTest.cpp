@@ -61,6 +61,13 @@ struct Endpoint {
         }
         return kMidiBadDeviceId;
     }
+    // A buffer that lives as long as the port: the driver may hold its
+    // header until the port is reset, which the destructor does last.
+    TestBuffer& Own(const Bytes& bytes)
+    {
+        buffers.push_back(std::make_unique<TestBuffer>(bytes));
+        return *buffers.back();
+    }
     void MakeBuffers(std::size_t count, std::uint32_t size)
     {
         for (std::size_t i = 0; i < count; ++i) {
@@ -216,7 +223,7 @@ TEST_F(JackMidiDriverTest, ResetTakesBackWhatWasNotSentAndTheNextMessageArrivesW
     }
     ASSERT_EQ(device->Start(deviceIn.handle), kMidiNoError);
 
-    TestBuffer big(MakeSysex(300000));
+    TestBuffer& big = programOut.Own(MakeSysex(300000));
     ASSERT_EQ(program->PrepareHeader(programOut.handle, big.header), kMidiNoError);
     ASSERT_EQ(program->LongMsg(programOut.handle, big.header), kMidiNoError);
     EXPECT_EQ(program->Close(programOut.handle), kMidiStillPlaying);
@@ -226,7 +233,7 @@ TEST_F(JackMidiDriverTest, ResetTakesBackWhatWasNotSentAndTheNextMessageArrivesW
     EXPECT_EQ(done[0].header, &big.header);
     EXPECT_EQ(program->UnprepareHeader(programOut.handle, big.header), kMidiNoError);
 
-    TestBuffer small(Bytes{0xF0, 0x43, 0x10, 0x4C, 0x00, 0xF7});
+    TestBuffer& small = programOut.Own(Bytes{0xF0, 0x43, 0x10, 0x4C, 0x00, 0xF7});
     ASSERT_EQ(program->PrepareHeader(programOut.handle, small.header), kMidiNoError);
     ASSERT_EQ(program->LongMsg(programOut.handle, small.header), kMidiNoError);
     ASSERT_TRUE(deviceIn.recorder.WaitFor(
@@ -248,6 +255,44 @@ TEST_F(JackMidiDriverTest, KeepsOnlySysexOutOfWhateverArrives)
     programIn.MakeBuffers(4, 16);
     const Bytes garbage{0x90, 0x40, 0x7F, 0x05, 0xF7, 0xF0, 0x01, 0xF8, 0x02, 0xF7, 0x80, 0x40};
     EXPECT_EQ(Transfer(deviceOut, programIn, garbage, 4), (Bytes{0xF0, 0x01, 0x02, 0xF7}));
+}
+
+TEST(JackMidiDriverServerStopTest, ASendCutByTheServerStoppingComesBackFailedNotSent)
+{
+    if (!test::JackServer::IsInstalled()) {
+        GTEST_SKIP() << "jackd is not installed (the jackd2 package)";
+    }
+    test::JackServer server;
+    std::string error;
+    ASSERT_TRUE(server.Start("tarvix-stop", error)) << error;
+    JackMidiDriver device("tarvix-device", server.GetName());
+    JackMidiDriver program("tarvix", server.GetName());
+    Endpoint deviceIn(device);
+    Endpoint programOut(program);
+    ASSERT_EQ(deviceIn.OpenVirtual(device, MidiDirection::Input, "in"), kMidiNoError);
+    ASSERT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
+
+    // Far more than the server moves in the time it takes to stop it.
+    TestBuffer& big = programOut.Own(MakeSysex(16 * 1024 * 1024));
+    ASSERT_EQ(program.PrepareHeader(programOut.handle, big.header), kMidiNoError);
+    ASSERT_EQ(program.LongMsg(programOut.handle, big.header), kMidiNoError);
+    server.Stop();
+
+    ASSERT_TRUE(programOut.recorder.WaitFor(
+        [](const MidiCallbackRecorder& recorder) {
+            return !recorder.Calls(MidiCallbackMessage::BufferDone).empty();
+        },
+        std::chrono::seconds(20)));
+    EXPECT_NE(big.header.flags & kMidiHeaderFailed, 0u);
+    EXPECT_LT(big.header.bytesRecorded, big.header.bufferLength);
+    EXPECT_EQ(program.GetPortFailure(programOut.handle), "The JACK server has shut down.");
+
+    // And so does every later one, at once.
+    TestBuffer& later = programOut.Own(MakeSysex(100));
+    ASSERT_EQ(program.PrepareHeader(programOut.handle, later.header), kMidiNoError);
+    ASSERT_EQ(program.LongMsg(programOut.handle, later.header), kMidiNoError);
+    EXPECT_NE(later.header.flags & kMidiHeaderFailed, 0u);
+    EXPECT_EQ(later.header.bytesRecorded, 0u);
 }
 
 TEST(JackMidiDriverNoServerTest, ListsNoPortsAndSaysWhy)

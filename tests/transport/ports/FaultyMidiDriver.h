@@ -13,6 +13,10 @@ public:
     std::atomic<MidiResult> startResult{kMidiNoError};
     std::atomic<MidiResult> longMsgResult{kMidiNoError};
     std::atomic<bool> neverConfirmOpen{false};
+    // Off: the ports behave like a system's, with a cable behind them.
+    std::atomic<bool> softwareOnly{true};
+
+    bool IsSoftwareOnly(MidiHandle /*handle*/) override { return softwareOnly; }
 
     MidiResult Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
                     void* instance, MidiHandle& handle) override

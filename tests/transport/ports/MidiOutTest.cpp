@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <mutex>
 
 namespace tarvix::test {
@@ -139,6 +140,133 @@ TEST_F(MidiOutTest, RefusedSendKeepsTheMessageAndTheCodeUntilTheNextWakeUp)
     ASSERT_TRUE(output.QueueSysex(second, false));
     ASSERT_TRUE(WaitUntil([&] { return QueuedMessages() == 0; }));
     EXPECT_EQ(device.TakeReceived(), Concat(first, second));
+}
+
+// The pacer's clock, moved by the test; read from the worker as well.
+class SteppedClock {
+public:
+    CCablePacer::Clock Clock()
+    {
+        return [this] { return CCablePacer::TimePoint{} + std::chrono::nanoseconds(m_now.load()); };
+    }
+    void Advance(std::chrono::nanoseconds by) { m_now += by.count(); }
+
+private:
+    std::atomic<std::int64_t> m_now{std::chrono::nanoseconds(std::chrono::hours(1)).count()};
+};
+
+class PacedMidiOutTest : public MidiOutTest {
+protected:
+    void OpenPaced(std::uint32_t bufferSize)
+    {
+        driver.softwareOnly = false;
+        paced.SetBufferSize(bufferSize);
+        paced.SetBufferCount(8);
+        paced.SetBufferDelay(0);
+        paced.SetSysexDelay(0);
+        ASSERT_TRUE(paced.OpenByName(kPortName));
+        ASSERT_TRUE(paced.IsPaced());
+    }
+
+    std::size_t Received()
+    {
+        m_received += device.TakeReceived().size();
+        return m_received;
+    }
+
+    bool IsQueued() const
+    {
+        std::uint32_t total = 0;
+        std::uint32_t sent = 0;
+        std::uint32_t count = 0;
+        return paced.GetQueueState(total, sent, count);
+    }
+
+    SteppedClock clock;
+    CMidiOut paced{driver, clock.Clock()};
+
+private:
+    std::size_t m_received = 0;
+};
+
+TEST_F(PacedMidiOutTest, APortWithACableBehindItGetsNoMoreThanTheCableCarriesPlusTheLead)
+{
+    OpenPaced(256);
+    ASSERT_TRUE(paced.QueueSysex(MakeSysex(3000), false));
+    // The clock stands still: the lead goes at once, then nothing.
+    ASSERT_TRUE(WaitUntil([&] { return Received() == CCablePacer::kDefaultLead; }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    EXPECT_EQ(Received(), CCablePacer::kDefaultLead);
+
+    // One buffer's worth of cable time lets exactly one more buffer go.
+    clock.Advance(CCablePacer::kByteTime * 256);
+    ASSERT_TRUE(WaitUntil([&] { return Received() == CCablePacer::kDefaultLead + 256; }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    EXPECT_EQ(Received(), CCablePacer::kDefaultLead + 256);
+
+    // The cable keeps carrying: step by step the rest goes.
+    while (Received() < 3000) {
+        const std::size_t before = Received();
+        clock.Advance(CCablePacer::kByteTime * 256);
+        ASSERT_TRUE(WaitUntil([&] { return Received() > before; }));
+    }
+    // All handed over is not done: the message stays queued until its last
+    // byte could have left the cable.
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_TRUE(IsQueued());
+    clock.Advance(CCablePacer::kByteTime * CCablePacer::kDefaultLead);
+    EXPECT_TRUE(WaitUntil([&] { return !IsQueued(); }));
+}
+
+TEST_F(PacedMidiOutTest, PiecesNeverExceedTheLeadHoweverLargeTheBuffers)
+{
+    OpenPaced(4096);
+    device.SetHoldOutput(false);
+    RecordPieces();
+    ASSERT_TRUE(paced.QueueSysex(MakeSysex(2000), false));
+    ASSERT_TRUE(WaitUntil([&] { return Pieces().size() == 1; }));
+    clock.Advance(CCablePacer::kByteTime * 2000);
+    ASSERT_TRUE(WaitUntil([&] { return Pieces().size() == 2; }));
+    EXPECT_EQ(Pieces()[0].size(), CCablePacer::kDefaultLead);
+    EXPECT_EQ(Pieces()[1].size(), 2000 - CCablePacer::kDefaultLead);
+}
+
+TEST_F(MidiOutTest, OnlyASoftwareOnlyPortOrAnExplicitChoiceGoesUnpaced)
+{
+    OpenOutput(256, 8);
+    EXPECT_FALSE(output.IsPaced()); // Loopback: in process
+    output.Close();
+    driver.softwareOnly = false;
+    OpenOutput(256, 8);
+    EXPECT_TRUE(output.IsPaced());
+    output.Close();
+    output.SetPacing(CMidiOut::Pacing::None);
+    OpenOutput(256, 8);
+    EXPECT_FALSE(output.IsPaced());
+    output.Close();
+    driver.softwareOnly = true;
+    output.SetPacing(CMidiOut::Pacing::Cable);
+    OpenOutput(256, 8);
+    EXPECT_TRUE(output.IsPaced());
+}
+
+TEST_F(MidiOutTest, APortThatFailsMidSendStopsAndCountsOnlyWhatWasHandedOver)
+{
+    OpenOutput(64, 4);
+    device.SetHoldOutput(true);
+    ASSERT_TRUE(output.QueueSysex(MakeSysex(300), false));
+    ASSERT_TRUE(WaitUntil([&] { return device.GetHeldOutputCount() == 4; }));
+    ASSERT_EQ(device.ReleaseOutput(1), 1u);
+    device.FailOutput("The cable was pulled.");
+
+    ASSERT_TRUE(WaitUntil([&] { return output.HasFailed(); }));
+    EXPECT_EQ(output.GetFailure(), "The cable was pulled.");
+    EXPECT_EQ(output.GetHandedOverBytes(), 64u);
+    EXPECT_EQ(device.TakeReceived().size(), 64u);
+    // The message stays queued and nothing more goes out.
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_EQ(QueuedMessages(), 1u);
+    EXPECT_EQ(device.GetHeldOutputCount(), 0u);
 }
 
 } // namespace

@@ -105,6 +105,24 @@ TEST_F(DumpTransferTest, AnIncompleteDumpIsNeverLoaded)
     EXPECT_EQ(memory.modified, 0);
 }
 
+TEST_F(DumpTransferTest, ADumpReceivedWhileBytesWereLostIsNotLoaded)
+{
+    // The hole is in another message: the dump itself may be whole, but
+    // nothing says which bytes went; none is trusted.
+    const Bytes dump = DumpOf(8);
+    input.StartReceive();
+    device.Feed({0xF0, 0x43, 0x10, 0x80, 0x00, 0x00});
+    device.Feed(dump);
+    input.Stop();
+
+    std::vector<std::string> reported;
+    EXPECT_FALSE(LoadReceivedDump(
+        input, memory, [&reported](const std::string& text) { reported.push_back(text); }));
+    EXPECT_EQ(memory.modified, 0);
+    ASSERT_EQ(reported.size(), 1u);
+    EXPECT_EQ(reported[0], "3 bytes were lost while receiving; the dump was not loaded.\n");
+}
+
 TEST_F(DumpTransferTest, SendTransmitsTheDocumentsDump)
 {
     OpenOutput(256, 8);

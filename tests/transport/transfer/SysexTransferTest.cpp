@@ -148,5 +148,46 @@ TEST_F(SysexTransferTest, SendAndReceiveShowWhatWasSentAboveWhatArrives)
     EXPECT_EQ(view.frames.back().text, "Sent 4 bytes\nReceived Alesis MMT8 sysex 500 bytes\n");
 }
 
+TEST_F(SysexTransferTest, ASendWhosePortFailsEndsWithAMessageAndFalse)
+{
+    OpenOutput(64, 4);
+    device.SetHoldOutput(true);
+    const Bytes bytes = MakeSysex(1000);
+    view.beforeTick = [this](int tick) {
+        if (tick == 0) {
+            EXPECT_TRUE(WaitUntil([&] { return device.GetHeldOutputCount() == 4; }));
+            device.ReleaseOutput(2);
+            device.FailOutput("The JACK server has shut down.");
+        }
+        return true;
+    };
+
+    EXPECT_FALSE(transfer.SendBytes(bytes));
+
+    ASSERT_EQ(view.reported.size(), 1u);
+    EXPECT_EQ(view.reported[0],
+              "Sending stopped after 128 of 1000 bytes: The JACK server has shut down.\n");
+}
+
+TEST_F(SysexTransferTest, LostInputBytesAreShownWithTheTransfer)
+{
+    OpenInput(256, 8);
+    view.beforeTick = [this](int tick) {
+        if (tick == 0) {
+            // A status byte cuts the first message; its end is lost.
+            device.Feed({0xF0, 0x01, 0x02, 0x90, 0x40, 0x7F, 0xF7});
+            device.Feed(DumpLike(100));
+        }
+        return WaitUntil([&] { return CopyMessages(input).size() == 2; });
+    };
+
+    EXPECT_TRUE(transfer.RunTransfer(AwaitedSysex::Mmt8Dump));
+
+    ASSERT_FALSE(view.frames.empty());
+    EXPECT_NE(view.frames.back().text.find("4 bytes were lost while receiving\n"),
+              std::string::npos)
+        << view.frames.back().text;
+}
+
 } // namespace
 } // namespace tarvix::test

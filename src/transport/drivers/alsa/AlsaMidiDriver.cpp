@@ -1,6 +1,5 @@
 #include "transport/drivers/alsa/AlsaMidiDriver.h"
 
-#include "transport/drivers/MidiErrorText.h"
 #include "transport/drivers/SysexEventLength.h"
 #include "transport/drivers/alsa/AlsaPortList.h"
 
@@ -28,19 +27,8 @@ constexpr std::size_t kSysexPiece = 256;
 // dump is never refused for lack of cells in our client.
 constexpr long kPoolCells = 2000;
 constexpr std::size_t kInputBufferBytes = 128 * 1024;
-// A sound card's port writes our events straight into its small rawmidi
-// buffer and drops what does not fit; so bytes for hardware are paced to the
-// MIDI wire (31250 baud, 10 bits a byte), keeping at most a little ahead.
-constexpr double kWireBytesPerSecond = 3125.0;
-constexpr std::size_t kWireBytesAhead = 1024;
 // A receiving client with a full pool refuses the event; it is sent again.
 constexpr auto kRetryDelay = std::chrono::milliseconds(2);
-
-Clock::duration WireTime(std::size_t bytes)
-{
-    return std::chrono::duration_cast<Clock::duration>(
-        std::chrono::duration<double>(static_cast<double>(bytes) / kWireBytesPerSecond));
-}
 
 int MillisecondsUntil(Clock::time_point when, Clock::time_point now)
 {
@@ -58,9 +46,11 @@ void QuietAlsaError(const char* /*file*/, int /*line*/, const char* /*function*/
 struct AlsaPort : BufferedMidiPort {
     using BufferedMidiPort::BufferedMidiPort;
 
-    int m_local = -1;     // our sequencer port
-    bool m_paced = false; // sends to a sound card's port
-    Clock::time_point m_wireFreeAt{};
+    int m_local = -1; // our sequencer port
+    // Output subscribed to another client's port: events to a subscription
+    // that is gone (the port was deleted) vanish without an error.
+    bool m_connected = false;
+    snd_seq_addr_t m_remote{};
     Clock::time_point m_retryAt{};
 };
 
@@ -204,73 +194,24 @@ MidiResult AlsaMidiDriver::OpenPort(MidiDirection direction, const std::string& 
     }
     auto port = std::make_unique<AlsaPort>(direction, callback, instance);
     port->m_local = local;
-    port->m_paced = remote != nullptr && remote->hardware;
+    if (remote != nullptr && !input) {
+        port->m_connected = true;
+        port->m_remote.client = static_cast<unsigned char>(remote->client);
+        port->m_remote.port = static_cast<unsigned char>(remote->port);
+    }
     handle = port.get();
     m_ports.Insert(std::move(port));
     return kMidiNoError;
 }
 
-MidiResult AlsaMidiDriver::Close(MidiHandle handle)
+void AlsaMidiDriver::ClosePort(BufferedMidiPort& port)
 {
-    {
-        const std::lock_guard lock(m_ports.GetMutex());
-        auto* port = static_cast<AlsaPort*>(m_ports.Find(handle));
-        if (port == nullptr) {
-            return kMidiInvalidHandle;
-        }
-        if (port->HoldsBuffers()) {
-            return kMidiStillPlaying;
-        }
-        snd_seq_delete_simple_port(m_seq, port->m_local);
-        m_ports.Erase(*port);
-    }
-    m_ports.Deliver();
-    return kMidiNoError;
+    snd_seq_delete_simple_port(m_seq, static_cast<AlsaPort&>(port).m_local);
 }
 
-MidiResult AlsaMidiDriver::Reset(MidiHandle handle)
+void AlsaMidiDriver::OutputQueued(BufferedMidiPort& /*port*/)
 {
-    return m_ports.Reset(handle);
-}
-
-MidiResult AlsaMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
-{
-    return m_ports.PrepareHeader(handle, header);
-}
-
-MidiResult AlsaMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
-{
-    return m_ports.UnprepareHeader(handle, header);
-}
-
-MidiResult AlsaMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
-{
-    return m_ports.AddBuffer(handle, header);
-}
-
-MidiResult AlsaMidiDriver::Start(MidiHandle handle)
-{
-    return m_ports.Start(handle);
-}
-
-MidiResult AlsaMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
-{
-    const MidiResult result = m_ports.QueueOutput(handle, header);
-    if (result == kMidiNoError) {
-        Wake();
-    }
-    return result;
-}
-
-std::string AlsaMidiDriver::GetErrorText(MidiResult result) const
-{
-    return GetMidiErrorText(result);
-}
-
-std::string AlsaMidiDriver::GetUnavailableReason() const
-{
-    const std::lock_guard lock(m_ports.GetMutex());
-    return m_unavailableReason;
+    Wake();
 }
 
 void AlsaMidiDriver::Wake()
@@ -291,7 +232,14 @@ bool AlsaMidiDriver::ReadInput()
             return false;
         }
         if (result == -ENOSPC) {
-            continue; // the kernel's queue for us overflowed; those events are gone
+            // The kernel's queue for us overflowed; those events are gone,
+            // how many bytes is not told: at least one on every input.
+            for (const auto& open : m_ports.GetPorts()) {
+                if (open->m_direction == MidiDirection::Input && open->m_input.IsStarted()) {
+                    ++open->m_lostInput;
+                }
+            }
+            continue;
         }
         if (result < 0) {
             snd_seq_drop_input(m_seq);
@@ -316,6 +264,22 @@ bool AlsaMidiDriver::ReadInput()
     return snd_seq_event_input_pending(m_seq, 0) > 0;
 }
 
+bool AlsaMidiDriver::IsSubscribed(const AlsaPort& port) const
+{
+    snd_seq_port_subscribe_t* query = nullptr;
+    if (snd_seq_port_subscribe_malloc(&query) < 0) {
+        return true; // cannot tell; keep sending
+    }
+    snd_seq_addr_t sender{};
+    sender.client = static_cast<unsigned char>(snd_seq_client_id(m_seq));
+    sender.port = static_cast<unsigned char>(port.m_local);
+    snd_seq_port_subscribe_set_sender(query, &sender);
+    snd_seq_port_subscribe_set_dest(query, &port.m_remote);
+    const bool subscribed = snd_seq_get_port_subscription(m_seq, query) >= 0;
+    snd_seq_port_subscribe_free(query);
+    return subscribed;
+}
+
 int AlsaMidiDriver::SendOutput()
 {
     int timeout = -1;
@@ -325,6 +289,10 @@ int AlsaMidiDriver::SendOutput()
     const Clock::time_point now = Clock::now();
     for (const auto& open : m_ports.GetPorts()) {
         auto& port = static_cast<AlsaPort&>(*open);
+        if (!port.m_output.empty() && port.m_connected && !IsSubscribed(port)) {
+            m_ports.Fail(port, "The port it was connected to is gone.");
+            continue;
+        }
         while (!port.m_output.empty()) {
             const std::uint8_t* data = nullptr;
             const std::size_t left = BufferedMidiPorts::PeekOutput(port, data);
@@ -336,15 +304,9 @@ int AlsaMidiDriver::SendOutput()
                 later(MillisecondsUntil(port.m_retryAt, now));
                 break;
             }
+            // The output port hands bytes over no faster than the cable
+            // carries them, so a sound card's small buffer keeps up.
             const std::size_t piece = SysexEventLength(data, left, kSysexPiece);
-            if (port.m_paced) {
-                port.m_wireFreeAt = std::max(port.m_wireFreeAt, now);
-                const Clock::time_point sendAt = port.m_wireFreeAt - WireTime(kWireBytesAhead);
-                if (sendAt > now) {
-                    later(MillisecondsUntil(sendAt, now));
-                    break;
-                }
-            }
             snd_seq_event_t event;
             snd_seq_ev_clear(&event);
             snd_seq_ev_set_source(&event, static_cast<unsigned char>(port.m_local));
@@ -364,13 +326,15 @@ int AlsaMidiDriver::SendOutput()
                 later(MillisecondsUntil(port.m_retryAt, now));
                 break;
             }
-            // Any other failure (the receiver went away) would fail again:
-            // the buffer counts as gone so the program does not wait forever.
-            const std::size_t done = result < 0 ? left : piece;
-            if (port.m_paced) {
-                port.m_wireFreeAt += WireTime(done);
+            if (result < 0) {
+                // Any other failure (the receiver went away) would fail
+                // again: the port stops, and nothing it did not write counts
+                // as sent.
+                m_ports.Fail(port, std::string("Writing to the ALSA sequencer failed: ") +
+                                       snd_strerror(result));
+                break;
             }
-            m_ports.Sent(port, done);
+            m_ports.Sent(port, piece);
         }
     }
     return timeout;

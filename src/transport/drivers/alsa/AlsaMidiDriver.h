@@ -1,7 +1,6 @@
 #pragma once
 
-#include "transport/drivers/BufferedMidiPorts.h"
-#include "transport/drivers/MidiDriver.h"
+#include "transport/drivers/BufferedMidiDriver.h"
 
 #include <atomic>
 #include <string>
@@ -22,7 +21,7 @@ struct AlsaPort;
 // driver's thread, or for Open, Close, Reset and AddBuffer from within that
 // call. Without a sequencer (no /dev/snd/seq) it lists no ports and
 // GetUnavailableReason says why; it tries again at the next listing.
-class AlsaMidiDriver : public MidiDriver {
+class AlsaMidiDriver : public CBufferedMidiDriver {
 public:
     explicit AlsaMidiDriver(std::string clientName = "Tarvix");
     ~AlsaMidiDriver() override;
@@ -40,17 +39,11 @@ public:
     MidiResult GetDevName(MidiDirection direction, std::uint32_t index, std::string& name) override;
     MidiResult Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
                     void* instance, MidiHandle& handle) override;
-    MidiResult Close(MidiHandle handle) override;
-    MidiResult Reset(MidiHandle handle) override;
-    MidiResult PrepareHeader(MidiHandle handle, MidiHeader& header) override;
-    MidiResult UnprepareHeader(MidiHandle handle, MidiHeader& header) override;
-    MidiResult AddBuffer(MidiHandle handle, MidiHeader& header) override;
-    MidiResult Start(MidiHandle handle) override;
-    MidiResult LongMsg(MidiHandle handle, MidiHeader& header) override;
-    std::string GetErrorText(MidiResult result) const override;
-    std::string GetUnavailableReason() const override;
 
 private:
+    void ClosePort(BufferedMidiPort& port) override;
+    void OutputQueued(BufferedMidiPort& port) override;
+
     // All with the ports' lock held.
     bool OpenSequencer();
     const std::vector<AlsaPortAddress>& Listed(MidiDirection direction);
@@ -59,14 +52,13 @@ private:
                         MidiHandle& handle);
     bool ReadInput(); // true when more input is waiting
     int SendOutput(); // milliseconds until output should be tried again, or -1
+    bool IsSubscribed(const AlsaPort& port) const;
 
     void Run();
     void Wake();
 
     std::string m_clientName;
-    BufferedMidiPorts m_ports;
     _snd_seq* m_seq = nullptr;
-    std::string m_unavailableReason;
     std::vector<AlsaPortAddress> m_listed[2];
     bool m_listedOnce[2] = {false, false};
     int m_wakeFd = -1;

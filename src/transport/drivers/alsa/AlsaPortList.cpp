@@ -55,7 +55,10 @@ std::vector<AlsaPortAddress> ListAlsaPorts(snd_seq_t* seq, MidiDirection directi
             address.client = client;
             address.port = snd_seq_port_info_get_port(portInfo.get());
             address.name = clientName + ":" + snd_seq_port_info_get_name(portInfo.get());
-            address.hardware = hardware;
+            // A card's client, or a port that says it is one (USB MIDI
+            // through a user-space driver).
+            address.hardware = hardware || (snd_seq_port_info_get_type(portInfo.get()) &
+                                            SND_SEQ_PORT_TYPE_HARDWARE) != 0;
             const int count = ++seen[address.name];
             if (count > 1) {
                 address.name += " #" + std::to_string(count);

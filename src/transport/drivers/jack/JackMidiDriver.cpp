@@ -1,6 +1,5 @@
 #include "transport/drivers/jack/JackMidiDriver.h"
 
-#include "transport/drivers/MidiErrorText.h"
 #include "transport/drivers/jack/JackRealtimePort.h"
 
 #include <jack/jack.h>
@@ -44,6 +43,11 @@ struct JackPort : BufferedMidiPort {
     // moved, or all at once by Reset).
     std::uint64_t m_pushed = 0;
     std::uint64_t m_accounted = 0;
+    // Output connected to another client's port (by name; empty for a
+    // port of our own): bytes wait until the connection shows, and sending
+    // stops when that port goes away or the connection is removed.
+    std::string m_remote;
+    bool m_linkSeen = false;
 };
 
 JackMidiDriver::JackMidiDriver(std::string clientName, std::string serverName)
@@ -268,6 +272,9 @@ MidiResult JackMidiDriver::OpenPort(MidiDirection direction, const std::string& 
             return kMidiBadDeviceId; // gone since it was listed
         }
     }
+    if (remote != nullptr && !input) {
+        port->m_remote = *remote;
+    }
     handle = port.get();
     m_ports.Insert(std::move(port));
     return kMidiNoError;
@@ -286,75 +293,26 @@ void JackMidiDriver::Unpublish(std::size_t slot)
     }
 }
 
-MidiResult JackMidiDriver::Close(MidiHandle handle)
+void JackMidiDriver::ClosePort(BufferedMidiPort& closed)
 {
-    {
-        const std::lock_guard lock(m_ports.GetMutex());
-        auto* port = static_cast<JackPort*>(m_ports.Find(handle));
-        if (port == nullptr) {
-            return kMidiInvalidHandle;
-        }
-        if (port->HoldsBuffers()) {
-            return kMidiStillPlaying;
-        }
-        Unpublish(port->m_slot);
-        jack_port_unregister(m_client, port->m_rt->GetPort());
-        m_ports.Erase(*port);
+    auto& port = static_cast<JackPort&>(closed);
+    Unpublish(port.m_slot);
+    jack_port_unregister(m_client, port.m_rt->GetPort());
+}
+
+void JackMidiDriver::ResetPort(BufferedMidiPort& reset)
+{
+    auto& port = static_cast<JackPort&>(reset);
+    if (port.m_direction == MidiDirection::Output) {
+        // What is still in the ring belongs to buffers just returned.
+        port.m_rt->RequestFlush();
+        port.m_accounted = port.m_pushed;
     }
-    m_ports.Deliver();
-    return kMidiNoError;
 }
 
-MidiResult JackMidiDriver::Reset(MidiHandle handle)
+void JackMidiDriver::OutputQueued(BufferedMidiPort& /*port*/)
 {
-    return m_ports.Reset(handle, [](BufferedMidiPort& reset) {
-        auto& port = static_cast<JackPort&>(reset);
-        if (port.m_direction == MidiDirection::Output) {
-            // What is still in the ring belongs to buffers just returned.
-            port.m_rt->RequestFlush();
-            port.m_accounted = port.m_pushed;
-        }
-    });
-}
-
-MidiResult JackMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
-{
-    return m_ports.PrepareHeader(handle, header);
-}
-
-MidiResult JackMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
-{
-    return m_ports.UnprepareHeader(handle, header);
-}
-
-MidiResult JackMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
-{
-    return m_ports.AddBuffer(handle, header);
-}
-
-MidiResult JackMidiDriver::Start(MidiHandle handle)
-{
-    return m_ports.Start(handle);
-}
-
-MidiResult JackMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
-{
-    const MidiResult result = m_ports.QueueOutput(handle, header);
-    if (result == kMidiNoError) {
-        Wake();
-    }
-    return result;
-}
-
-std::string JackMidiDriver::GetErrorText(MidiResult result) const
-{
-    return GetMidiErrorText(result);
-}
-
-std::string JackMidiDriver::GetUnavailableReason() const
-{
-    const std::lock_guard lock(m_ports.GetMutex());
-    return m_unavailableReason;
+    Wake();
 }
 
 void JackMidiDriver::Wake()
@@ -406,15 +364,7 @@ void JackMidiDriver::Pump()
             port.m_rt->ReadInput([this, &port](const std::uint8_t* data, std::size_t size) {
                 m_ports.Receive(port, data, size);
             });
-            continue;
-        }
-        if (serverGone) {
-            // Nothing will ever take these bytes; the buffers count as gone
-            // so that the program does not wait for them forever.
-            while (!port.m_output.empty()) {
-                const std::uint8_t* data = nullptr;
-                m_ports.Sent(port, BufferedMidiPorts::PeekOutput(port, data));
-            }
+            port.m_lostInput = port.m_rt->GetLostBytes();
             continue;
         }
         const std::uint64_t moved = port.m_rt->GetMoved();
@@ -422,10 +372,34 @@ void JackMidiDriver::Pump()
             Account(port, moved - port.m_accounted);
             port.m_accounted = moved;
         }
+        if (serverGone) {
+            // Nothing will ever take the rest: the buffers come back as
+            // failed, with what the server did take counted above.
+            m_ports.Fail(port, "The JACK server has shut down.");
+            continue;
+        }
+        if (!port.m_remote.empty() && !port.m_output.empty() && !IsLinked(port)) {
+            continue; // not yet: bytes to a port with no connection vanish
+        }
         if (!port.m_rt->IsFlushing()) {
             PushOutput(port);
         }
     }
+}
+
+bool JackMidiDriver::IsLinked(JackPort& port)
+{
+    // jack_connect returns before the connection shows on our port.
+    if (jack_port_connected(port.m_rt->GetPort()) > 0) {
+        port.m_linkSeen = true;
+        return true;
+    }
+    if (jack_port_by_name(m_client, port.m_remote.c_str()) == nullptr) {
+        m_ports.Fail(port, "The port it was connected to is gone.");
+    } else if (port.m_linkSeen) {
+        m_ports.Fail(port, "The connection to the port was removed.");
+    }
+    return false;
 }
 
 void JackMidiDriver::Run()

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "transport/drivers/BufferedMidiPorts.h"
-#include "transport/drivers/MidiDriver.h"
+#include "transport/drivers/BufferedMidiDriver.h"
 
 #include <semaphore.h>
 
@@ -27,7 +26,7 @@ struct JackPort;
 // says why; it tries again at the next listing. Callbacks come from the
 // driver's thread, or for Open, Close, Reset and AddBuffer from within
 // that call.
-class JackMidiDriver : public MidiDriver {
+class JackMidiDriver : public CBufferedMidiDriver {
 public:
     static constexpr std::size_t kMaxOpenPorts = 32;
 
@@ -52,17 +51,12 @@ public:
     MidiResult GetDevName(MidiDirection direction, std::uint32_t index, std::string& name) override;
     MidiResult Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
                     void* instance, MidiHandle& handle) override;
-    MidiResult Close(MidiHandle handle) override;
-    MidiResult Reset(MidiHandle handle) override;
-    MidiResult PrepareHeader(MidiHandle handle, MidiHeader& header) override;
-    MidiResult UnprepareHeader(MidiHandle handle, MidiHeader& header) override;
-    MidiResult AddBuffer(MidiHandle handle, MidiHeader& header) override;
-    MidiResult Start(MidiHandle handle) override;
-    MidiResult LongMsg(MidiHandle handle, MidiHeader& header) override;
-    std::string GetErrorText(MidiResult result) const override;
-    std::string GetUnavailableReason() const override;
 
 private:
+    void ClosePort(BufferedMidiPort& port) override;
+    void ResetPort(BufferedMidiPort& port) override;
+    void OutputQueued(BufferedMidiPort& port) override;
+
     static int ProcessCallback(std::uint32_t frames, void* driver);
     static void ShutdownCallback(void* driver);
 
@@ -75,6 +69,9 @@ private:
     void Unpublish(std::size_t slot);
     void Pump();
     void PushOutput(JackPort& port);
+    // Output: the connection to the remote port is there; fails the port
+    // when it is gone for good.
+    bool IsLinked(JackPort& port);
     void Account(JackPort& port, std::uint64_t bytes);
 
     void Run();
@@ -82,9 +79,7 @@ private:
 
     std::string m_clientName;
     std::string m_serverName;
-    BufferedMidiPorts m_ports;
     _jack_client* m_client = nullptr;
-    std::string m_unavailableReason;
     std::vector<std::string> m_listed[2];
     bool m_listedOnce[2] = {false, false};
 

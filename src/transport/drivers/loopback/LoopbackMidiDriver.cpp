@@ -1,6 +1,5 @@
 #include "transport/drivers/loopback/LoopbackMidiDriver.h"
 
-#include "transport/drivers/MidiErrorText.h"
 
 #include <algorithm>
 #include <utility>
@@ -79,6 +78,16 @@ std::size_t LoopbackMidiDevice::GetHeldOutputCount() const
     return m_output == nullptr ? 0 : m_output->m_output.size();
 }
 
+void LoopbackMidiDevice::FailOutput(const std::string& reason)
+{
+    {
+        const std::lock_guard lock(m_driver.m_ports.GetMutex());
+        if (m_output != nullptr)
+            m_driver.m_ports.Fail(*m_output, reason);
+    }
+    m_driver.m_ports.Deliver();
+}
+
 bool LoopbackMidiDevice::IsInputOpen() const
 {
     const std::lock_guard lock(m_driver.m_ports.GetMutex());
@@ -130,6 +139,12 @@ LoopbackMidiDevice* LoopbackMidiDriver::FindPort(const std::string& name)
         }
     }
     return nullptr;
+}
+
+void LoopbackMidiDriver::SetUnavailableReason(const std::string& reason)
+{
+    const std::lock_guard lock(m_ports.GetMutex());
+    m_unavailableReason = reason;
 }
 
 std::string LoopbackMidiDriver::GetName() const
@@ -190,48 +205,16 @@ MidiResult LoopbackMidiDriver::Open(MidiDirection direction, std::uint32_t index
     return kMidiNoError;
 }
 
-MidiResult LoopbackMidiDriver::Close(MidiHandle handle)
+void LoopbackMidiDriver::ClosePort(BufferedMidiPort& closed)
 {
-    {
-        const std::lock_guard lock(m_ports.GetMutex());
-        auto* port = static_cast<LoopbackPort*>(m_ports.Find(handle));
-        if (port == nullptr) {
-            return kMidiInvalidHandle;
-        }
-        if (port->HoldsBuffers()) {
-            return kMidiStillPlaying;
-        }
-        LoopbackMidiDevice& device = *port->m_device;
-        (port->m_direction == MidiDirection::Input ? device.m_input : device.m_output) = nullptr;
-        m_ports.Erase(*port);
-    }
-    m_ports.Deliver();
-    return kMidiNoError;
+    auto& port = static_cast<LoopbackPort&>(closed);
+    LoopbackMidiDevice& device = *port.m_device;
+    (port.m_direction == MidiDirection::Input ? device.m_input : device.m_output) = nullptr;
 }
 
-MidiResult LoopbackMidiDriver::Reset(MidiHandle handle)
+bool LoopbackMidiDriver::IsSoftwareOnly(MidiHandle /*handle*/)
 {
-    return m_ports.Reset(handle);
-}
-
-MidiResult LoopbackMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
-{
-    return m_ports.PrepareHeader(handle, header);
-}
-
-MidiResult LoopbackMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
-{
-    return m_ports.UnprepareHeader(handle, header);
-}
-
-MidiResult LoopbackMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
-{
-    return m_ports.AddBuffer(handle, header);
-}
-
-MidiResult LoopbackMidiDriver::Start(MidiHandle handle)
-{
-    return m_ports.Start(handle);
+    return true;
 }
 
 void LoopbackMidiDriver::SendFront(LoopbackPort& port)
@@ -252,25 +235,13 @@ void LoopbackMidiDriver::SendFront(LoopbackPort& port)
     m_ports.Sent(port, size);
 }
 
-MidiResult LoopbackMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
+void LoopbackMidiDriver::OutputQueued(BufferedMidiPort& queued)
 {
-    if (const MidiResult result = m_ports.QueueOutput(handle, header); result != kMidiNoError) {
-        return result;
+    const std::lock_guard lock(m_ports.GetMutex());
+    auto& port = static_cast<LoopbackPort&>(queued);
+    while (!port.m_device->m_holdOutput && !port.m_output.empty()) {
+        SendFront(port);
     }
-    {
-        const std::lock_guard lock(m_ports.GetMutex());
-        auto* port = static_cast<LoopbackPort*>(m_ports.Find(handle, MidiDirection::Output));
-        while (port != nullptr && !port->m_device->m_holdOutput && !port->m_output.empty()) {
-            SendFront(*port);
-        }
-    }
-    m_ports.Deliver();
-    return kMidiNoError;
-}
-
-std::string LoopbackMidiDriver::GetErrorText(MidiResult result) const
-{
-    return GetMidiErrorText(result);
 }
 
 } // namespace tarvix

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "transport/drivers/BufferedMidiPorts.h"
-#include "transport/drivers/MidiDriver.h"
+#include "transport/drivers/BufferedMidiDriver.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -47,6 +46,9 @@ public:
     // Sends the oldest held buffers (all by default); returns how many.
     std::size_t ReleaseOutput(std::size_t count = SIZE_MAX);
     std::size_t GetHeldOutputCount() const;
+    // The cable is pulled out of the program's output: what it holds and
+    // all it is given later comes back failed, with this reason.
+    void FailOutput(const std::string& reason);
 
     bool IsInputOpen() const;
     bool IsOutputOpen() const;
@@ -75,7 +77,7 @@ private:
 // that moment; that thread then delivers them right after its own, in
 // order. So a single-threaded test sees every callback before the call it
 // made returns.
-class LoopbackMidiDriver : public MidiDriver {
+class LoopbackMidiDriver : public CBufferedMidiDriver {
 public:
     // The name is what GetName gives, e.g. to tell two apart in a service.
     explicit LoopbackMidiDriver(std::string name = "Loopback");
@@ -90,30 +92,28 @@ public:
     bool RemovePort(const std::string& name);
     // A plugged device by name, or null.
     LoopbackMidiDevice* FindPort(const std::string& name);
+    // What GetUnavailableReason says, as a system that is down would.
+    void SetUnavailableReason(const std::string& reason);
 
     std::string GetName() const override;
     std::uint32_t GetNumDevs(MidiDirection direction) override;
     MidiResult GetDevName(MidiDirection direction, std::uint32_t index, std::string& name) override;
     MidiResult Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
                     void* instance, MidiHandle& handle) override;
-    MidiResult Close(MidiHandle handle) override;
-    MidiResult Reset(MidiHandle handle) override;
-    MidiResult PrepareHeader(MidiHandle handle, MidiHeader& header) override;
-    MidiResult UnprepareHeader(MidiHandle handle, MidiHeader& header) override;
-    MidiResult AddBuffer(MidiHandle handle, MidiHeader& header) override;
-    MidiResult Start(MidiHandle handle) override;
-    MidiResult LongMsg(MidiHandle handle, MidiHeader& header) override;
-    std::string GetErrorText(MidiResult result) const override;
+    // In-process: no cable, nothing to pace.
+    bool IsSoftwareOnly(MidiHandle handle) override;
 
 private:
     friend class LoopbackMidiDevice;
+
+    void ClosePort(BufferedMidiPort& port) override;
+    void OutputQueued(BufferedMidiPort& port) override;
 
     // All with the ports' lock held.
     LoopbackMidiDevice* PluggedDevice(std::uint32_t index) const;
     void SendFront(LoopbackPort& port);
 
     std::string m_name;
-    BufferedMidiPorts m_ports;
     std::vector<std::unique_ptr<LoopbackMidiDevice>> m_devices; // unplugged ones stay
 };
 
