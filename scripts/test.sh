@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Sets up, builds from nothing and runs every test: the unit and end-to-end
-# tests, the same without the editor (no Qt Widgets), the tests under
-# AddressSanitizer and UndefinedBehaviorSanitizer, the threaded transport
-# tests under ThreadSanitizer, each fuzz target for a bounded time
-# (FUZZ_SECONDS, default 60), and the Debian package, installed and run.
+# tests, the same without the editor (no Qt Widgets), the Windows
+# cross-build's tests under wine, the tests under AddressSanitizer and
+# UndefinedBehaviorSanitizer, the threaded transport tests under
+# ThreadSanitizer, each fuzz target for a bounded time (FUZZ_SECONDS,
+# default 60), and the Debian package, installed and run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -26,6 +27,9 @@ if [ -n "$gui_linked" ]; then
     echo "nogui: these link Qt's GUI: $gui_linked" >&2
     exit 1
 fi
+
+echo "== build and test (windows: MinGW-w64 cross-build, tests under wine)"
+scripts/windows.sh
 
 echo "== build and test (asan: AddressSanitizer + UndefinedBehaviorSanitizer)"
 cmake --preset asan

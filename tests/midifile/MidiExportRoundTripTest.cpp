@@ -1,7 +1,9 @@
 // Exported parts come back through the import event for event, and an
 // outside reader (mido) sees the files as we meant them.
 #include "ExportTestSupport.h"
+#ifndef _WIN32
 #include "MidoPeer.h"
+#endif
 
 #include "midifile/ImportTrackList.h"
 #include "model/EventBuilders.h"
@@ -302,6 +304,10 @@ TEST(MidiExportRoundTripTest, EmptyDeviceTracksKeepTheirPlaces)
     EXPECT_TRUE(test::SameTrack(original.Part(6).tracks[5], back.Part(9).tracks[3]));
 }
 
+#ifndef _WIN32
+// mido runs on the build machine's Python, which the Windows build's tests
+// cannot start.
+
 // mido's reading of a file we wrote, event for event and as a sequencer's
 // notes (each note-off ending the earliest open note of its key).
 struct MidoView {
@@ -367,6 +373,8 @@ TEST(MidiExportRoundTripTest, MidoReadsEveryExportAsMeant)
         }
     }
 }
+
+#endif
 
 } // namespace
 } // namespace tarvix::testing

@@ -297,7 +297,7 @@ TEST(MidiExportTest, WritesTheFileOrSaysWhyNot)
 
     const std::string missing = folder.File("no/such/folder.mid");
     EXPECT_FALSE(RunExport(memory, Select(Kind::Part, 5), missing, error));
-    EXPECT_EQ(error, FileMessage("write", missing, ENOENT));
+    EXPECT_EQ(error, FileMessage("write", missing, expected::kMissingFolder));
 
     EXPECT_FALSE(RunExport(memory, Select(Kind::Part, 4), path, error));
     EXPECT_EQ(error, kNothingToExportParts);

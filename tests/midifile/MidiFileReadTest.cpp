@@ -136,7 +136,7 @@ TEST(MidiFileReadTest, FileFailuresThrowTheFileStreamsMessage)
         FAIL() << "no exception";
     } catch (const CMidiFileException& exception) {
         EXPECT_EQ(exception.GetMessage(),
-                  FileMessage("open", "/nonexistent/folder/song.mid", ENOENT));
+                  FileMessage("open", "/nonexistent/folder/song.mid", expected::kMissingFolder));
     }
     EXPECT_FALSE(stream.Open("song.mid", 3));
     EXPECT_EQ(stream.GetMode(), 0);

@@ -110,7 +110,7 @@ TEST(MidiFileWriteTest, WritesFilesThroughTheStream)
         stream.Close();
         FAIL() << "no exception";
     } catch (const CMidiFileException& exception) {
-        EXPECT_EQ(exception.GetMessage(), FileMessage("write", missing, ENOENT));
+        EXPECT_EQ(exception.GetMessage(), FileMessage("write", missing, expected::kMissingFolder));
     }
 }
 

@@ -5,11 +5,24 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#ifdef _WIN32
+#include <process.h>
+#else
 #include <unistd.h>
+#endif
 
 namespace tarvix::testing {
 
 namespace {
+long ProcessId()
+{
+#ifdef _WIN32
+    return _getpid();
+#else
+    return ::getpid();
+#endif
+}
+
 std::filesystem::path TempRoot()
 {
     if (const char* root = std::getenv("TARVIX_TEST_TMP"); root && *root)
@@ -23,7 +36,7 @@ TempDir::TempDir()
     static std::atomic<unsigned> counter{0};
     const auto root = TempRoot();
     std::filesystem::create_directories(root);
-    m_path = root / ("t" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
+    m_path = root / ("t" + std::to_string(ProcessId()) + "-" + std::to_string(counter++));
     std::filesystem::remove_all(m_path);
     std::filesystem::create_directories(m_path);
 }
@@ -38,12 +51,23 @@ TempDir::~TempDir()
 
 std::string TempDir::File(const std::string& name) const
 {
-    return (m_path / name).string();
+    return Utf8Path(m_path / PathFromUtf8(name));
+}
+
+std::string Utf8Path(const std::filesystem::path& path)
+{
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+std::filesystem::path PathFromUtf8(const std::string& utf8)
+{
+    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
 std::vector<std::uint8_t> ReadAllBytes(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
+    std::ifstream in(PathFromUtf8(path), std::ios::binary);
     if (!in)
         throw std::runtime_error("cannot read " + path);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -51,7 +75,7 @@ std::vector<std::uint8_t> ReadAllBytes(const std::string& path)
 
 void WriteAllBytes(const std::string& path, const std::vector<std::uint8_t>& bytes)
 {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    std::ofstream out(PathFromUtf8(path), std::ios::binary | std::ios::trunc);
     out.write(reinterpret_cast<const char*>(bytes.data()),
               static_cast<std::streamsize>(bytes.size()));
     if (!out)

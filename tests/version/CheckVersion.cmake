@@ -1,7 +1,8 @@
 # Runs PROGRAM --version and fails unless it exits 0, prints exactly
 # "NAME VERSION" and a line end on stdout, and nothing on stderr.
-# Usage: cmake -DPROGRAM=... -DNAME=... -DVERSION=... -P CheckVersion.cmake
-execute_process(COMMAND "${PROGRAM}" --version
+# Usage: cmake -DPROGRAM=... -DNAME=... -DVERSION=... [-DEMULATOR=...] -P CheckVersion.cmake
+# EMULATOR runs a cross-built PROGRAM (wine for the Windows build).
+execute_process(COMMAND ${EMULATOR} "${PROGRAM}" --version
     RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err TIMEOUT 60)
 set(expected "${NAME} ${VERSION}\n")
 if(NOT status STREQUAL "0")

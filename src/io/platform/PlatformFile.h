@@ -1,7 +1,7 @@
 #pragma once
 
 // The only place that talks to the operating system's file API. Each
-// platform has one implementation file (PosixFile.cpp now); the classes
+// platform has one implementation file (PosixFile.cpp, WinFile.cpp); the classes
 // above it are written once for all of them.
 
 #include <cstdint>

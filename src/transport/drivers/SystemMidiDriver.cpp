@@ -8,6 +8,9 @@
 #ifdef TARVIX_HAVE_JACK
 #include "transport/drivers/jack/JackMidiDriver.h"
 #endif
+#ifdef TARVIX_HAVE_WINMM
+#include "transport/drivers/winmm/WinMmMidiDriver.h"
+#endif
 
 namespace tarvix {
 
@@ -19,6 +22,9 @@ std::unique_ptr<MidiDriver> CreateSystemMidiDriver()
 #endif
 #ifdef TARVIX_HAVE_JACK
     backends.push_back(std::make_unique<JackMidiDriver>());
+#endif
+#ifdef TARVIX_HAVE_WINMM
+    backends.push_back(std::make_unique<WinMmMidiDriver>());
 #endif
     return std::make_unique<MidiService>(std::move(backends));
 }

@@ -4,6 +4,11 @@
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#elif defined(_WIN32)
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
 #endif
 
 namespace tarvix {
@@ -15,6 +20,8 @@ void RaiseCurrentThreadPriority()
     // CAP_SYS_NICE the call fails, which is harmless.
     const auto thread = static_cast<id_t>(syscall(SYS_gettid));
     (void)setpriority(PRIO_PROCESS, thread, -1);
+#elif defined(_WIN32)
+    (void)::SetThreadPriority(::GetCurrentThread(), THREAD_PRIORITY_ABOVE_NORMAL);
 #endif
 }
 

@@ -128,6 +128,9 @@ TEST(SystemMidiDriverTest, OffersTheBackendsBuiltIn)
 #ifdef TARVIX_HAVE_JACK
     expected += expected.empty() ? "JACK" : "+JACK";
 #endif
+#ifdef TARVIX_HAVE_WINMM
+    expected += expected.empty() ? "WinMM" : "+WinMM";
+#endif
     EXPECT_EQ(driver->GetName(), expected);
 }
 

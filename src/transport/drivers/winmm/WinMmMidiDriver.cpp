@@ -1,0 +1,255 @@
+#include "transport/drivers/winmm/WinMmMidiDriver.h"
+
+#include "io/platform/WideText.h"
+#include "transport/drivers/MidiErrorText.h"
+#include "transport/drivers/MidiHeaderRules.h"
+#include "transport/drivers/MidiPortHandle.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
+#include <mmsystem.h>
+
+namespace tarvix {
+
+namespace {
+
+// An open port: the service's handle, and the service's header for each of
+// the program's headers while it is prepared. The service's header points
+// back at the program's through its user word.
+struct WinMmPort final : MidiPortHandle {
+    using MidiPortHandle::MidiPortHandle;
+
+    HMIDIIN in = nullptr;
+    HMIDIOUT out = nullptr;
+    std::mutex lock; // guards headers; never taken by the service's callback
+    std::map<MidiHeader*, std::unique_ptr<MIDIHDR>> headers;
+
+    bool IsInput() const { return m_direction == MidiDirection::Input; }
+
+    MIDIHDR* Find(MidiHeader& header)
+    {
+        const std::lock_guard guard(lock);
+        const auto found = headers.find(&header);
+        return found == headers.end() ? nullptr : found->second.get();
+    }
+};
+
+WinMmPort* PortOf(MidiHandle handle)
+{
+    return static_cast<WinMmPort*>(handle);
+}
+
+MidiHeader* ProgramHeader(DWORD_PTR serviceHeader)
+{
+    return reinterpret_cast<MidiHeader*>(reinterpret_cast<MIDIHDR*>(serviceHeader)->dwUser);
+}
+
+void Deliver(WinMmPort& port, MidiCallbackMessage message, MidiHeader* header)
+{
+    port.m_callback(&port, message, port.m_instance, header);
+}
+
+// A returned buffer: the recorded count and the done flag are copied into
+// the program's header before it hears of it.
+void Returned(WinMmPort& port, DWORD_PTR serviceHeader, MidiCallbackMessage message)
+{
+    MidiHeader* header = ProgramHeader(serviceHeader);
+    header->bytesRecorded = reinterpret_cast<MIDIHDR*>(serviceHeader)->dwBytesRecorded;
+    MarkHeaderDone(*header);
+    Deliver(port, message, header);
+}
+
+// The service's callbacks run on its own thread, one at a time per port; the
+// service forbids calling it back from here, and nothing here does.
+void CALLBACK InputCallback(HMIDIIN /*in*/, UINT message, DWORD_PTR instance, DWORD_PTR first,
+                            DWORD_PTR /*second*/)
+{
+    WinMmPort& port = *reinterpret_cast<WinMmPort*>(instance);
+    switch (message) {
+    case MIM_OPEN: Deliver(port, MidiCallbackMessage::Open, nullptr); break;
+    case MIM_CLOSE: Deliver(port, MidiCallbackMessage::Close, nullptr); break;
+    case MIM_LONGDATA: Returned(port, first, MidiCallbackMessage::LongData); break;
+    case MIM_LONGERROR: Returned(port, first, MidiCallbackMessage::LongError); break;
+    default: break; // short messages are not the program's business
+    }
+}
+
+void CALLBACK OutputCallback(HMIDIOUT /*out*/, UINT message, DWORD_PTR instance,
+                             DWORD_PTR first, DWORD_PTR /*second*/)
+{
+    WinMmPort& port = *reinterpret_cast<WinMmPort*>(instance);
+    switch (message) {
+    case MOM_OPEN: Deliver(port, MidiCallbackMessage::Open, nullptr); break;
+    case MOM_CLOSE: Deliver(port, MidiCallbackMessage::Close, nullptr); break;
+    case MOM_DONE: Returned(port, first, MidiCallbackMessage::BufferDone); break;
+    default: break;
+    }
+}
+
+} // namespace
+
+std::uint32_t WinMmMidiDriver::GetNumDevs(MidiDirection direction)
+{
+    return direction == MidiDirection::Input ? ::midiInGetNumDevs() : ::midiOutGetNumDevs();
+}
+
+MidiResult WinMmMidiDriver::GetDevName(MidiDirection direction, std::uint32_t index,
+                                       std::string& name)
+{
+    MMRESULT result = MMSYSERR_NOERROR;
+    std::wstring wide;
+    if (direction == MidiDirection::Input) {
+        MIDIINCAPSW caps{};
+        result = ::midiInGetDevCapsW(index, &caps, sizeof caps);
+        wide = caps.szPname;
+    } else {
+        MIDIOUTCAPSW caps{};
+        result = ::midiOutGetDevCapsW(index, &caps, sizeof caps);
+        wide = caps.szPname;
+    }
+    if (result == MMSYSERR_NOERROR)
+        name = platform::NarrowText(wide);
+    return result;
+}
+
+MidiResult WinMmMidiDriver::Open(MidiDirection direction, std::uint32_t index,
+                                 MidiCallback callback, void* instance, MidiHandle& handle)
+{
+    auto port = std::make_unique<WinMmPort>(direction, callback, instance);
+    const DWORD_PTR self = reinterpret_cast<DWORD_PTR>(port.get());
+    const MMRESULT result =
+        direction == MidiDirection::Input
+            ? ::midiInOpen(&port->in, index, reinterpret_cast<DWORD_PTR>(&InputCallback), self,
+                           CALLBACK_FUNCTION)
+            : ::midiOutOpen(&port->out, index, reinterpret_cast<DWORD_PTR>(&OutputCallback),
+                            self, CALLBACK_FUNCTION);
+    if (result != MMSYSERR_NOERROR)
+        return result;
+    handle = port.release();
+    return kMidiNoError;
+}
+
+MidiResult WinMmMidiDriver::Close(MidiHandle handle)
+{
+    WinMmPort* port = PortOf(handle);
+    // The service refuses while it holds buffers; the port then stays open.
+    const MMRESULT result = port->IsInput() ? ::midiInClose(port->in) : ::midiOutClose(port->out);
+    if (result != MMSYSERR_NOERROR)
+        return result;
+    // The close notification has been delivered; headers still prepared
+    // die with the port.
+    delete port;
+    return kMidiNoError;
+}
+
+MidiResult WinMmMidiDriver::Reset(MidiHandle handle)
+{
+    WinMmPort* port = PortOf(handle);
+    return port->IsInput() ? ::midiInReset(port->in) : ::midiOutReset(port->out);
+}
+
+MidiResult WinMmMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
+{
+    WinMmPort* port = PortOf(handle);
+    if (const MidiResult rules = PrepareMidiHeader(header); rules != kMidiNoError)
+        return rules;
+    auto service = std::make_unique<MIDIHDR>();
+    service->lpData = reinterpret_cast<LPSTR>(header.data);
+    service->dwBufferLength = header.bufferLength;
+    service->dwUser = reinterpret_cast<DWORD_PTR>(&header);
+    const MMRESULT result =
+        port->IsInput() ? ::midiInPrepareHeader(port->in, service.get(), sizeof(MIDIHDR))
+                        : ::midiOutPrepareHeader(port->out, service.get(), sizeof(MIDIHDR));
+    if (result != MMSYSERR_NOERROR) {
+        UnprepareMidiHeader(header);
+        return result;
+    }
+    const std::lock_guard guard(port->lock);
+    port->headers[&header] = std::move(service);
+    return kMidiNoError;
+}
+
+MidiResult WinMmMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
+{
+    WinMmPort* port = PortOf(handle);
+    MIDIHDR* service = port->Find(header);
+    if (service == nullptr)
+        return UnprepareMidiHeader(header);
+    const MMRESULT result =
+        port->IsInput() ? ::midiInUnprepareHeader(port->in, service, sizeof(MIDIHDR))
+                        : ::midiOutUnprepareHeader(port->out, service, sizeof(MIDIHDR));
+    if (result != MMSYSERR_NOERROR)
+        return result;
+    {
+        const std::lock_guard guard(port->lock);
+        port->headers.erase(&header);
+    }
+    return UnprepareMidiHeader(header);
+}
+
+MidiResult WinMmMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
+{
+    WinMmPort* port = PortOf(handle);
+    if (!port->IsInput())
+        return kMidiInvalidHandle;
+    if (const MidiResult rules = CheckHeaderToQueue(header); rules != kMidiNoError)
+        return rules;
+    MIDIHDR* service = port->Find(header);
+    if (service == nullptr)
+        return kMidiUnprepared;
+    service->dwBufferLength = header.bufferLength;
+    service->dwBytesRecorded = 0;
+    header.bytesRecorded = 0;
+    MarkHeaderQueued(header);
+    const MMRESULT result = ::midiInAddBuffer(port->in, service, sizeof(MIDIHDR));
+    if (result != MMSYSERR_NOERROR)
+        header.flags &= ~kMidiHeaderInQueue;
+    return result;
+}
+
+MidiResult WinMmMidiDriver::Start(MidiHandle handle)
+{
+    WinMmPort* port = PortOf(handle);
+    return port->IsInput() ? ::midiInStart(port->in) : kMidiInvalidHandle;
+}
+
+MidiResult WinMmMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
+{
+    WinMmPort* port = PortOf(handle);
+    if (port->IsInput())
+        return kMidiInvalidHandle;
+    if (const MidiResult rules = CheckHeaderToQueue(header); rules != kMidiNoError)
+        return rules;
+    MIDIHDR* service = port->Find(header);
+    if (service == nullptr)
+        return kMidiUnprepared;
+    service->dwBufferLength = header.bufferLength;
+    MarkHeaderQueued(header);
+    const MMRESULT result = ::midiOutLongMsg(port->out, service, sizeof(MIDIHDR));
+    if (result != MMSYSERR_NOERROR)
+        header.flags &= ~kMidiHeaderInQueue;
+    return result;
+}
+
+std::string WinMmMidiDriver::GetErrorText(MidiResult result) const
+{
+    // Input and output share the service's codes; the input call knows the
+    // MIDIERR_* ones as well as the general MMSYSERR_* ones.
+    wchar_t text[MAXERRORLENGTH] = {};
+    if (::midiInGetErrorTextW(result, text, MAXERRORLENGTH) != MMSYSERR_NOERROR &&
+        ::midiOutGetErrorTextW(result, text, MAXERRORLENGTH) != MMSYSERR_NOERROR)
+        return GetMidiErrorText(result);
+    std::string line;
+    for (const char c : platform::NarrowText(text))
+        if (c != '\r' && c != '\n')
+            line += c;
+    return line.empty() ? GetMidiErrorText(result) : line;
+}
+
+} // namespace tarvix

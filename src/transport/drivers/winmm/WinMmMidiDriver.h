@@ -1,0 +1,29 @@
+#pragma once
+
+#include "transport/drivers/MidiDriver.h"
+
+namespace tarvix {
+
+// The multimedia MIDI service (winmm.dll): each operation is the service's
+// own call, its callback function is turned into the driver callback, and
+// its result codes pass through unchanged. The service paces output to the
+// cable itself.
+class WinMmMidiDriver final : public MidiDriver {
+public:
+    std::string GetName() const override { return "WinMM"; }
+    std::uint32_t GetNumDevs(MidiDirection direction) override;
+    MidiResult GetDevName(MidiDirection direction, std::uint32_t index,
+                          std::string& name) override;
+    MidiResult Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
+                    void* instance, MidiHandle& handle) override;
+    MidiResult Close(MidiHandle handle) override;
+    MidiResult Reset(MidiHandle handle) override;
+    MidiResult PrepareHeader(MidiHandle handle, MidiHeader& header) override;
+    MidiResult UnprepareHeader(MidiHandle handle, MidiHeader& header) override;
+    MidiResult AddBuffer(MidiHandle handle, MidiHeader& header) override;
+    MidiResult Start(MidiHandle handle) override;
+    MidiResult LongMsg(MidiHandle handle, MidiHeader& header) override;
+    std::string GetErrorText(MidiResult result) const override;
+};
+
+} // namespace tarvix
