@@ -134,6 +134,13 @@ bool ChildProcess::WriteInput(const std::string& text)
            ::write(m_input, text.data(), text.size()) == static_cast<ssize_t>(text.size());
 }
 
+void ChildProcess::CloseInput()
+{
+    if (m_input >= 0)
+        ::close(m_input);
+    m_input = -1;
+}
+
 ChildProcess::Exit ChildProcess::Wait(std::chrono::seconds limit)
 {
     const auto deadline = std::chrono::steady_clock::now() + limit;

@@ -34,6 +34,8 @@ public:
     // The whole group, as when a device is unplugged.
     void SignalGroup(int signal);
     bool WriteInput(const std::string& text);
+    // The end of its standard input.
+    void CloseInput();
     // Waits for the end; past the limit it is killed and timedOut set.
     Exit Wait(std::chrono::seconds limit);
 
