@@ -18,6 +18,8 @@ bool IsCommandEnabled(const CommandInfo& command, const UiState& state)
     case EnableRule::ListKind: return list && state.kind == command.ruleKind;
     case EnableRule::CanUndo: return state.canUndo;
     case EnableRule::CanRedo: return state.canRedo;
+    case EnableRule::PianoRollTarget: return state.pianoRollTarget;
+    case EnableRule::SongViewTarget: return state.songViewTarget;
     case EnableRule::TreeRename:
         return tree && state.hasSelection
                && (state.kind == NodeKind::Part || state.kind == NodeKind::Song);

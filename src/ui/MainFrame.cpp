@@ -16,6 +16,7 @@
 #include "ui/StatusPanes.h"
 #include "ui/TreePane.h"
 #include "ui/undo/UndoSteps.h"
+#include "ui/views/ViewWindows.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -98,6 +99,7 @@ void CMainFrame::CreateLayout()
     m_list = new CListPane(m_context, m_pending, m_splitter);
     m_splitter->setStretchFactor(1, 1);
     setCentralWidget(m_splitter);
+    m_views = new CViewWindows(*this, m_context.memory);
 
     m_recentFiles = new CRecentFileList(kCmdRecentFirst, this);
     m_recentFiles->AttachMenu(recentMenu, QString::fromLatin1(kRecentFilesPrompt));
@@ -228,6 +230,8 @@ void CMainFrame::RunCommand(CommandId id, const CommandInfo& info)
     case kCmdAbout: OnAbout(); break;
     case kCmdUndo: OnUndo(false); break;
     case kCmdRedo: OnUndo(true); break;
+    case kCmdPianoRoll:
+    case kCmdSongView: m_views->Execute(id); break;
     case kCmdNextPane:
     case kCmdPrevPane:
         // With two panes the next and the previous one are the same.

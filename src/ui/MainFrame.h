@@ -26,6 +26,7 @@ class CRecentFileList;
 class CSettings;
 class CStatusPanes;
 class CTreePane;
+class CViewWindows;
 class IMidiPorts;
 
 // The program's window: menus, toolbar and keys from the command table, the
@@ -86,6 +87,8 @@ public:
     QSplitter& Splitter() { return *m_splitter; }
     QToolBar& ToolBar() { return *m_toolBar; }
     CDocumentHistory& History() { return m_history; }
+    // The piano roll and song windows.
+    CViewWindows& Views() { return *m_views; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -132,6 +135,7 @@ private:
     CTreePane* m_tree = nullptr;
     CListPane* m_list = nullptr;
     CRecentFileList* m_recentFiles = nullptr;
+    CViewWindows* m_views = nullptr;
 
     QString m_currentPath;
     QString m_currentTitle;

@@ -11,6 +11,7 @@
 #include "ui/ProgramInfo.h"
 #include "ui/StatusPanes.h"
 #include "ui/TreePane.h"
+#include "ui/views/ViewWindows.h"
 
 #include <QAction>
 #include <QApplication>
@@ -39,6 +40,8 @@ UiState CMainFrame::GatherState() const
                                                       : false;
     state.canUndo = m_history.CanUndo();
     state.canRedo = m_history.CanRedo();
+    state.pianoRollTarget = m_views->PianoRollTarget().has_value();
+    state.songViewTarget = m_views->SongViewTarget().has_value();
     state.inputOpen = m_ports.IsInputOpen();
     state.outputOpen = m_ports.IsOutputOpen();
     if (m_activePane == Pane::Tree && m_tree->IsEditingLabel()) {

@@ -13,8 +13,11 @@ void CliTest::SetUp()
 std::unique_ptr<ChildProcess> CliTest::StartProgram(const Words& command, const std::string& name)
 {
     auto process = std::make_unique<ChildProcess>();
-    const bool started = process->Start(command, environment, folder.File(name + ".out"),
-                                        folder.File(name + ".err"));
+    ChildProcess::Options options;
+    options.environment = environment;
+    options.outPath = folder.File(name + ".out");
+    options.errPath = folder.File(name + ".err");
+    const bool started = process->Start(command, options);
     EXPECT_TRUE(started) << "could not start " << command.front();
     return process;
 }
