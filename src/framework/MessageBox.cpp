@@ -13,6 +13,7 @@ struct Script {
     QString lastText;
     QString lastCaption;
     QMessageBox::Icon lastIcon = QMessageBox::NoIcon;
+    CMessageBox::Button lastDefault = QMessageBox::NoButton;
     int shown = 0;
 };
 
@@ -38,6 +39,7 @@ CMessageBox::Button CMessageBox::Report(QWidget* parent, const QString& text,
     script.lastText = shownText;
     script.lastCaption = shownCaption;
     script.lastIcon = icon;
+    script.lastDefault = defaultButton;
     ++script.shown;
     if (!script.answers.empty()) {
         const Button answer = script.answers.front();
@@ -58,6 +60,7 @@ void CMessageBox::SetUnattendedAnswer(Button answer) { TheScript().unattended = 
 QString CMessageBox::LastText() { return TheScript().lastText; }
 QString CMessageBox::LastCaption() { return TheScript().lastCaption; }
 QMessageBox::Icon CMessageBox::LastIcon() { return TheScript().lastIcon; }
+CMessageBox::Button CMessageBox::LastDefaultButton() { return TheScript().lastDefault; }
 int CMessageBox::ShownCount() { return TheScript().shown; }
 void CMessageBox::ResetScript() { TheScript() = Script{}; }
 

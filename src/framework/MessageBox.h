@@ -28,6 +28,7 @@ public:
     static QString LastText();
     static QString LastCaption();
     static QMessageBox::Icon LastIcon();
+    static Button LastDefaultButton();
     static int ShownCount();
     static void ResetScript();
 };

@@ -26,6 +26,8 @@ const IconName kIcons[] = {
     {kCmdExport, "document-export", ":/icons/export.svg"},
     {kCmdCopy, "edit-copy", ":/icons/copy.svg"},
     {kCmdPaste, "edit-paste", ":/icons/paste.svg"},
+    {kCmdUndo, "edit-undo", ":/icons/undo.svg"},
+    {kCmdRedo, "edit-redo", ":/icons/redo.svg"},
     {kCmdOptions, "preferences-system", ":/icons/options.svg"},
     {kCmdAbout, "help-about", ":/icons/about.svg"},
 };

@@ -18,6 +18,7 @@ enum CommandId : int {
     kCmdPaste = 57637,
     kCmdSelectAll = 57642,
     kCmdUndo = 57643,
+    kCmdRedo = 57644,
     kCmdAbout = 57664,
     kCmdExit = 57665,
     kCmdNextPane = 57680,

@@ -33,6 +33,8 @@ const std::vector<CommandInfo>& CommandTable()
         {kCmdExport, "fileExport", M::File, "E&xport...\tCrtl+M", "Ctrl+M", kTool, "Export selected parts or songs into Standard MIDI File\nExport", H::ActivePane, R::PaneSelection, kAny, kSep},
         {kCmdRecentFirst, "fileRecentFiles", M::File, kRecentFilesMenuText, "", kNoTool, kRecentFilesPrompt, H::Frame, R::Always, kAny, kSep},
         {kCmdExit, "fileExit", M::File, "E&xit", "", kNoTool, "Terminate application\nExit", H::Frame, R::Always, kAny, kNoSep},
+        {kCmdUndo, "editUndo", M::Edit, kUndoMenuText, "Ctrl+Z; Alt+Backspace", kTool, "Undo the last change\nUndo", H::Frame, R::CanUndo, kAny, kNoSep},
+        {kCmdRedo, "editRedo", M::Edit, kRedoMenuText, "Ctrl+Y; Ctrl+Shift+Z", kTool, "Redo the change last undone\nRedo", H::Frame, R::CanRedo, kAny, kSep},
         {kCmdCopy, "editCopy", M::Edit, "&Copy\tCtrl+C", "Ctrl+C; Ctrl+Ins", kTool, "Copy the selection and put it on the clipboard\nCopy", H::ActivePane, R::PaneSelection, kAny, kNoSep},
         {kCmdPaste, "editPaste", M::Edit, "&Paste\tCtrl+V", "Ctrl+V; Shift+Ins", kTool, "Insert clipboard contents at the current selection\nPaste", H::ActivePane, R::Paste, kAny, kSep},
         {kCmdSelectAll, "editSelectAll", M::Edit, "Select &all\tCtrl+A", "Ctrl+A", kNoTool, "Select all items in the current view\nSelect All", H::ListPane, R::ListActive, kAny, kSep},
@@ -52,7 +54,6 @@ const std::vector<CommandInfo>& CommandTable()
         {kCmdAbout, "helpAbout", M::Help, "&About Tarvix...", "", kTool, "Display program information and version number\nAbout", H::Frame, R::Always, kAny, kNoSep},
         // Keys bound to commands nothing handles: they are taken and do nothing.
         {kCmdCut, "editCut", M::None, nullptr, "Shift+Del; Ctrl+X", kNoTool, "", H::Nobody, R::Always, kAny, kNoSep},
-        {kCmdUndo, "editUndo", M::None, nullptr, "Alt+Backspace; Ctrl+Z", kNoTool, "", H::Nobody, R::Always, kAny, kNoSep},
         {kCmdNextPane, "nextPane", M::None, nullptr, "F6", kNoTool, "", H::Frame, R::Always, kAny, kNoSep},
         {kCmdPrevPane, "previousPane", M::None, nullptr, "Shift+F6", kNoTool, "", H::Frame, R::Always, kAny, kNoSep},
     };
@@ -71,7 +72,7 @@ const std::vector<CommandId>& ToolbarLayout()
 {
     static const std::vector<CommandId> layout = {
         kCmdInit, kCmdNone, kCmdOpen, kCmdSave, kCmdNone, kCmdReceive, kCmdSend, kCmdNone,
-        kCmdImport, kCmdExport, kCmdNone, kCmdCopy, kCmdPaste, kCmdNone, kCmdOptions, kCmdAbout};
+        kCmdImport, kCmdExport, kCmdNone, kCmdCopy, kCmdPaste, kCmdNone, kCmdUndo, kCmdRedo, kCmdNone, kCmdOptions, kCmdAbout};
     return layout;
 }
 

@@ -21,6 +21,8 @@ enum class EnableRule {
     ListKindSelection, // list active, CurrentNode of rule_kind, a selection
     ListKind,          // list active, CurrentNode of rule_kind
     TreeRename,        // tree active, one part or one song selected
+    CanUndo,           // the history has a step to undo
+    CanRedo,           // the history has a step to redo
     PianoRollTarget,   // the panes point at a part
     SongViewTarget,    // the panes point at a song
 };
@@ -52,5 +54,9 @@ inline constexpr const char* kRecentFilesMenuText = "Recent &Files";
 inline constexpr const char* kRecentFilesPrompt = "Open this document";
 
 const char* MenuTitle(CommandMenu menu);
+
+// Undo and Redo name the step they would take: "&Undo Rename\tCtrl+Z".
+inline constexpr const char* kUndoMenuText = "&Undo\tCtrl+Z";
+inline constexpr const char* kRedoMenuText = "&Redo\tCtrl+Y";
 
 } // namespace tarvix

@@ -9,6 +9,7 @@
 #include "ui/import/ImportCommand.h"
 #include "ui/options/OptionsSheet.h"
 #include "ui/transfer/TransferCommands.h"
+#include "ui/undo/UndoSteps.h"
 
 namespace tarvix {
 
@@ -24,7 +25,8 @@ void CEditorCommands::SetFrame(CMainFrame* frame)
     if (frame != nullptr)
         new CFileDropHandler(*frame,
                              [this](const PaneCommandContext& context, const QString& file) {
-                                 Import(context, file);
+                                 m_frame->ChangeDocument(*UndoStepFor(kCmdImport),
+                                                         [&] { Import(context, file); });
                              });
 }
 

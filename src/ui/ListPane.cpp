@@ -4,6 +4,7 @@
 #include "ui/ListModel.h"
 #include "ui/PendingCommands.h"
 #include "ui/ViewContext.h"
+#include "ui/undo/UndoSteps.h"
 
 #include <QContextMenuEvent>
 #include <QGuiApplication>
@@ -126,12 +127,17 @@ void CListPane::ActivateRow(int row, int column)
         else
             emit selectNodeRequested({NodeKind::Song, row});
         break;
-    case NodeKind::Song:
-        if (m_pending.EditSongStep(node.index, row)) {
-            m_context.memory.modified = 1;
+    case NodeKind::Song: {
+        bool confirmed = false;
+        m_context.history.Record(kStepPropertiesStep, [&] {
+            confirmed = m_pending.EditSongStep(node.index, row);
+            if (confirmed)
+                m_context.memory.modified = 1;
+        });
+        if (confirmed)
             emit documentChanged();
-        }
         break;
+    }
     case NodeKind::None: return;
     }
     RefreshListItem(row);

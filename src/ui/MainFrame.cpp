@@ -15,6 +15,7 @@
 #include "ui/SettingsKeyStore.h"
 #include "ui/StatusPanes.h"
 #include "ui/TreePane.h"
+#include "ui/undo/UndoSteps.h"
 #include "ui/views/ViewWindows.h"
 
 #include <QApplication>
@@ -35,8 +36,8 @@ namespace tarvix {
 
 CMainFrame::CMainFrame(CMmt8Memory& memory, CSettings& settings, IMidiPorts& ports,
                        CPendingCommands& pending, QWidget* parent)
-    : QMainWindow(parent), m_context{memory}, m_settings(settings), m_ports(ports),
-      m_pending(pending)
+    : QMainWindow(parent), m_history(memory), m_context{memory, m_history}, m_settings(settings),
+      m_ports(ports), m_pending(pending)
 {
     setObjectName(QStringLiteral("Tarvix_MainFrame"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/tarvix.svg")));
@@ -63,6 +64,12 @@ CMainFrame::~CMainFrame()
              qApp, QGuiApplication::clipboard(), m_tree, m_list, &m_tree->Model(), m_status,
              m_recentFiles, m_actions})
         disconnect(sender, nullptr, this, nullptr);
+    // The panes go while the history they record changes in is still here:
+    // a label edit open at the end is committed as they are torn down.
+    delete m_splitter;
+    m_splitter = nullptr;
+    m_tree = nullptr;
+    m_list = nullptr;
 }
 
 void CMainFrame::CreateLayout()
@@ -188,6 +195,22 @@ void CMainFrame::ExecuteCommand(CommandId id)
     const CommandInfo* info = FindCommand(id);
     if (!info)
         return;
+    // The one door of every command that changes the document.
+    if (const UndoStepKind* step = UndoStepFor(id))
+        m_history.Record(*step, [this, id, info] { RunCommand(id, *info); });
+    else
+        RunCommand(id, *info);
+    RequestUpdate();
+}
+
+void CMainFrame::ChangeDocument(const UndoStepKind& kind, const std::function<void()>& change)
+{
+    m_history.Record(kind, change);
+    RequestUpdate();
+}
+
+void CMainFrame::RunCommand(CommandId id, const CommandInfo& info)
+{
     switch (id) {
     case kCmdInit: OnInit(); break;
     case kCmdOpen: OnOpen(); break;
@@ -205,6 +228,8 @@ void CMainFrame::ExecuteCommand(CommandId id)
         break;
     case kCmdMidiFileDump: m_pending.MidiFileDump(); break;
     case kCmdAbout: OnAbout(); break;
+    case kCmdUndo: OnUndo(false); break;
+    case kCmdRedo: OnUndo(true); break;
     case kCmdPianoRoll:
     case kCmdSongView: m_views->Execute(id); break;
     case kCmdNextPane:
@@ -212,9 +237,14 @@ void CMainFrame::ExecuteCommand(CommandId id)
         // With two panes the next and the previous one are the same.
         SwitchPane(m_activePane == Pane::Tree ? Pane::List : Pane::Tree);
         break;
-    default: RouteToPane(id, info->handler); break;
+    default: RouteToPane(id, info.handler); break;
     }
-    RequestUpdate();
+}
+
+void CMainFrame::OnUndo(bool redo)
+{
+    if (redo ? m_history.Redo() : m_history.Undo())
+        RefreshViews();
 }
 
 void CMainFrame::RouteToPane(CommandId id, CommandHandler handler)

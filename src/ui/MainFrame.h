@@ -4,9 +4,11 @@
 #include "ui/CommandState.h"
 #include "ui/Node.h"
 #include "ui/ViewContext.h"
+#include "ui/undo/DocumentHistory.h"
 
 #include <QMainWindow>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -42,7 +44,8 @@ public:
     // last file, or else a Receive, as the settings say.
     void ProcessStartup(const QStringList& arguments);
 
-    // Loads a .syx file into the document; reports a failure.
+    // Loads a .syx file into the document; reports a failure and then leaves
+    // the document, its file and the views as they were.
     bool OpenFile(const QString& path, const QString& title);
     // Opens a .syx file as File > Open does after its question, and puts it
     // at the top of the recent files.
@@ -59,6 +62,9 @@ public:
     void RequestUpdate();
 
     void ExecuteCommand(CommandId id);
+    // Runs a change of the document that no command of the table starts
+    // (a dropped MIDI file, the step properties) as one undo step.
+    void ChangeDocument(const UndoStepKind& kind, const std::function<void()>& change);
     void PostCommand(CommandId id);
     void SwitchPane(Pane pane);
     // The popup menu of a pane for CurrentNode's kind, its items enabled
@@ -80,6 +86,7 @@ public:
     CRecentFileList& RecentFiles() { return *m_recentFiles; }
     QSplitter& Splitter() { return *m_splitter; }
     QToolBar& ToolBar() { return *m_toolBar; }
+    CDocumentHistory& History() { return m_history; }
     // The piano roll and song windows.
     CViewWindows& Views() { return *m_views; }
 
@@ -93,7 +100,9 @@ private:
     void RestoreState();
     void OnNodeChanged();
     void OnFocusChanged(QWidget* now);
+    void RunCommand(CommandId id, const CommandInfo& info);
     void RouteToPane(CommandId id, CommandHandler handler);
+    void OnUndo(bool redo);
     void ShowContextMenu(Pane pane, QPoint globalPos);
     void OpenOptionsAtPort(int focusControl);
 
@@ -111,7 +120,9 @@ private:
     void UpdateTitle();
     void UpdateStatusBar();
     void ApplyToolBarText();
+    void ApplyUndoTexts();
 
+    CDocumentHistory m_history;
     ViewContext m_context;
     CSettings& m_settings;
     IMidiPorts& m_ports;

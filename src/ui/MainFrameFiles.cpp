@@ -15,6 +15,7 @@
 
 #include <QFileInfo>
 
+#include <memory>
 #include <string>
 
 namespace tarvix {
@@ -37,16 +38,20 @@ QString FileTitle(const QString& path)
 
 bool CMainFrame::OpenFile(const QString& path, const QString& title)
 {
+    // Loaded aside and put in place only once whole: a file that fails to
+    // load must not cost the user the document they have.
+    auto loaded = std::make_unique<CMmt8Memory>();
     std::string error;
-    const bool opened = LoadSyxFile(m_context.memory, path.toStdString(), error);
-    if (opened) {
-        m_context.memory.modified = 0;
-        SetCurrentFile(path, title);
-    } else {
+    if (!LoadSyxFile(*loaded, path.toStdString(), error)) {
         CMessageBox::Report(this, QString::fromStdString(error));
+        return false;
     }
+    m_context.memory = std::move(*loaded);
+    m_context.memory.modified = 0;
+    m_history.Clear();
+    SetCurrentFile(path, title);
     RefreshViews();
-    return opened;
+    return true;
 }
 
 void CMainFrame::SetCurrentFile(const QString& path, const QString& title)
@@ -118,6 +123,7 @@ bool CMainFrame::SaveTo(const QString& path)
         return false;
     }
     m_context.memory.modified = 0;
+    m_history.MarkClean();
     SetCurrentFile(path, FileTitle(path));
     RememberFile(path);
     RequestUpdate();

@@ -38,6 +38,8 @@ UiState CMainFrame::GatherState() const
     state.hasSelection = m_activePane == Pane::List   ? m_list->HasSelection()
                          : m_activePane == Pane::Tree ? m_tree->HasSelection()
                                                       : false;
+    state.canUndo = m_history.CanUndo();
+    state.canRedo = m_history.CanRedo();
     state.pianoRollTarget = m_views->PianoRollTarget().has_value();
     state.songViewTarget = m_views->SongViewTarget().has_value();
     state.inputOpen = m_ports.IsInputOpen();
@@ -61,7 +63,32 @@ void CMainFrame::UpdateUserInterface()
     if (m_shownModified != (m_context.memory.modified != 0))
         UpdateTitle();
     ApplyToolBarText();
+    ApplyUndoTexts();
     UpdateStatusBar();
+}
+
+void CMainFrame::ApplyUndoTexts()
+{
+    // "&Undo\tCtrl+Z" becomes "&Undo Rename\tCtrl+Z"; the tooltip follows.
+    const auto named = [](const char* menuText, const char* step) {
+        QString text = QString::fromLatin1(menuText);
+        if (step != nullptr)
+            text.insert(text.indexOf(QLatin1Char('\t')),
+                        QLatin1Char(' ') + QString::fromLatin1(step));
+        return text;
+    };
+    const auto apply = [&](CommandId id, const char* menuText, const char* step) {
+        QAction* action = Action(id);
+        const QString text = named(menuText, step);
+        if (action->text() == text)
+            return;
+        action->setText(text);
+        QString tip = text.left(text.indexOf(QLatin1Char('\t')));
+        tip.remove(QLatin1Char('&'));
+        action->setToolTip(tip);
+    };
+    apply(kCmdUndo, kUndoMenuText, m_history.UndoName());
+    apply(kCmdRedo, kRedoMenuText, m_history.RedoName());
 }
 
 void CMainFrame::UpdateTitle()

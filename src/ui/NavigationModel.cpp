@@ -3,6 +3,7 @@
 #include "model/ListCells.h"
 #include "model/Mmt8Limits.h"
 #include "model/Mmt8Memory.h"
+#include "ui/undo/UndoSteps.h"
 
 namespace tarvix {
 
@@ -20,8 +21,9 @@ QString FromDevice(const std::string& text)
 }
 } // namespace
 
-CNavigationModel::CNavigationModel(CMmt8Memory& memory, QObject* parent)
-    : QAbstractItemModel(parent), m_memory(memory)
+CNavigationModel::CNavigationModel(CMmt8Memory& memory, CDocumentHistory& history,
+                                   QObject* parent)
+    : QAbstractItemModel(parent), m_memory(memory), m_history(history)
 {
 }
 
@@ -90,11 +92,15 @@ bool CNavigationModel::setData(const QModelIndex& index, const QVariant& value, 
         return false;
     const QByteArray name = value.toString().toLatin1();
     const std::string_view text(name.constData(), static_cast<std::size_t>(name.size()));
-    const bool set = node.kind == NodeKind::Part ? m_memory.SetPartName(node.index, text)
-                                                 : m_memory.SetSongName(node.index, text);
+    bool set = false;
+    m_history.Record(*UndoStepFor(kCmdRename), [&] {
+        set = node.kind == NodeKind::Part ? m_memory.SetPartName(node.index, text)
+                                          : m_memory.SetSongName(node.index, text);
+        if (set)
+            m_memory.modified = 1;
+    });
     if (!set)
         return false;
-    m_memory.modified = 1;
     emit dataChanged(index, index);
     emit renamed(node);
     return true;

@@ -6,6 +6,7 @@
 
 namespace tarvix {
 
+class CDocumentHistory;
 class CMmt8Memory;
 
 // The fixed tree: "Parts" with the 100 parts, "Songs" with the 100 songs.
@@ -15,7 +16,8 @@ class CMmt8Memory;
 class CNavigationModel : public QAbstractItemModel {
     Q_OBJECT
 public:
-    explicit CNavigationModel(CMmt8Memory& memory, QObject* parent = nullptr);
+    // Renames go through history as undo steps.
+    CNavigationModel(CMmt8Memory& memory, CDocumentHistory& history, QObject* parent = nullptr);
 
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     QModelIndex parent(const QModelIndex& child) const override;
@@ -38,6 +40,7 @@ signals:
 
 private:
     CMmt8Memory& m_memory;
+    CDocumentHistory& m_history;
 };
 
 } // namespace tarvix

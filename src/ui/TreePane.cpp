@@ -32,7 +32,7 @@ public:
 
 CTreePane::CTreePane(ViewContext& context, CPendingCommands& pending, QWidget* parent)
     : QTreeView(parent), m_context(context), m_pending(pending),
-      m_model(new CNavigationModel(context.memory, this))
+      m_model(new CNavigationModel(context.memory, context.history, this))
 {
     setObjectName(QStringLiteral("treePane"));
     setModel(m_model);

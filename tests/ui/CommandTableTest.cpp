@@ -44,6 +44,8 @@ TEST_F(CommandTableTest, ThePromisedKeysTriggerTheirCommands)
         {"fileSend", Keys({Qt::CTRL | Qt::Key_E})},
         {"fileImport", Keys({Qt::CTRL | Qt::Key_I})},
         {"fileExport", Keys({Qt::CTRL | Qt::Key_M})},
+        {"editUndo", Keys({Qt::CTRL | Qt::Key_Z, Qt::ALT | Qt::Key_Backspace})},
+        {"editRedo", Keys({Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z})},
         {"editCopy", Keys({Qt::CTRL | Qt::Key_C, Qt::CTRL | Qt::Key_Insert})},
         {"editPaste", Keys({Qt::CTRL | Qt::Key_V, Qt::SHIFT | Qt::Key_Insert})},
         {"editSelectAll", Keys({Qt::CTRL | Qt::Key_A})},
@@ -89,15 +91,11 @@ TEST_F(CommandTableTest, EveryCommandIsReachableUnderItsOwnName)
 TEST_F(CommandTableTest, KeysBoundToNothingAreTakenAndDoNothing)
 {
     QAction* cut = FindAction("editCut");
-    QAction* undo = FindAction("editUndo");
-    ASSERT_TRUE(cut && undo);
+    ASSERT_TRUE(cut);
     EXPECT_EQ(cut->shortcuts(), (QList<QKeySequence>{QKeySequence(Qt::SHIFT | Qt::Key_Delete),
                                                      QKeySequence(Qt::CTRL | Qt::Key_X)}));
-    EXPECT_EQ(undo->shortcuts(), (QList<QKeySequence>{QKeySequence(Qt::ALT | Qt::Key_Backspace),
-                                                      QKeySequence(Qt::CTRL | Qt::Key_Z)}));
     Memory().modified = 1;
     TriggerAction("editCut");
-    TriggerAction("editUndo");
     EXPECT_TRUE(m_commands->log.isEmpty());
     EXPECT_EQ(FindAction("nextPane")->shortcuts(), QList<QKeySequence>{QKeySequence(Qt::Key_F6)});
     EXPECT_EQ(FindAction("previousPane")->shortcuts(),

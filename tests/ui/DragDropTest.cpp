@@ -126,6 +126,20 @@ TEST_F(DragDropTest, ASyxFileOpensAfterTheQuestionAndJoinsTheRecentFiles)
     EXPECT_EQ(Frame().RecentFiles().EntryFor(kCmdRecentFirst), syx);
 }
 
+TEST_F(DragDropTest, ASyxFileThatFailsToLoadLeavesTheDocument)
+{
+    const QString bad = TempFile("bad.syx");
+    QFile file(bad);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("not a dump");
+    file.close();
+    EXPECT_TRUE(DropFiles(&Frame(), {10, 10}, {bad}));
+    ProcessEvents();
+    EXPECT_EQ(CMessageBox::LastText(), QStringLiteral("Invalid sysex file: ") + bad);
+    EXPECT_EQ(Memory().Part(3).name, "Bass line");
+    EXPECT_EQ(Frame().windowTitle(), QStringLiteral("Tarvix"));
+}
+
 TEST_F(DragDropTest, AMidiFileDroppedOnATreeItemImportsIntoIt)
 {
     QStringList assigned;
@@ -138,6 +152,11 @@ TEST_F(DragDropTest, AMidiFileDroppedOnATreeItemImportsIntoIt)
     EXPECT_EQ(Memory().Part(20).name, "two voices.mid");
     EXPECT_EQ(Memory().Part(20).tracks[1].events.size(), 1u);
     EXPECT_EQ(Memory().modified, 1);
+    // The dropped file's import is one step, as the menu's is.
+    Frame().UpdateUserInterface();
+    EXPECT_EQ(FindAction("editUndo")->text(), QStringLiteral("&Undo Import\tCtrl+Z"));
+    TriggerAction("editUndo");
+    EXPECT_TRUE(Memory().Part(20).IsEmpty());
 }
 
 TEST_F(DragDropTest, AMidiFileDroppedOnTheListGoesToTheSelectionOrTheRowUnderIt)

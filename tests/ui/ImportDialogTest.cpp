@@ -227,6 +227,14 @@ TEST_F(ImportDialogTest, OkImportsMarksTheDocumentAndRedraws)
                     .data()
                     .toString()
                     .endsWith(QStringLiteral("Conductor")));
+
+    // One step back and forth.
+    TriggerAction("editUndo");
+    EXPECT_TRUE(Memory().Part(20).IsEmpty());
+    EXPECT_TRUE(Memory().Part(20).tracks[0].events.empty());
+    TriggerAction("editRedo");
+    EXPECT_EQ(Memory().Part(20).name, "Conductor");
+    EXPECT_EQ(Memory().Part(20).tracks[1].events.size(), 1u);
 }
 
 // 9,500 notes at their own clocks take more than the device's memory: the

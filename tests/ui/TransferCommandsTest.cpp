@@ -152,6 +152,24 @@ TEST_F(TransferCommandsTest, CancelStopsTheReceiveAndLeavesTheDocument)
     EXPECT_EQ(Frame().windowTitle(), QStringLiteral("Tarvix"));
 }
 
+TEST_F(TransferCommandsTest, AReceivedDumpIsOneStepBack)
+{
+    UseDevice();
+    StartOnLoopback();
+    MakeDocument(Memory(), 5);
+    Frame().RefreshViews();
+    const Bytes dump = DumpOf(6);
+    AnswerProgress([&](CMidiProgressDlg&) { Device().Feed(dump); });
+    TriggerAction("fileReceive");
+    EXPECT_EQ(DifferenceFrom(6, Memory()), "");
+    TriggerAction("editUndo");
+    EXPECT_EQ(DifferenceFrom(5, Memory()), "");
+    EXPECT_EQ(Memory().modified, 0);
+    TriggerAction("editRedo");
+    EXPECT_EQ(DifferenceFrom(6, Memory()), "");
+    EXPECT_EQ(Memory().modified, 1);
+}
+
 TEST_F(TransferCommandsTest, ReceiveAsksToSaveChangesFirst)
 {
     UseDevice();

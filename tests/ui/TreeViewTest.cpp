@@ -4,6 +4,7 @@
 #include "ui/ListPane.h"
 #include "ui/NavigationModel.h"
 #include "ui/TreePane.h"
+#include "ui/undo/DocumentHistory.h"
 
 #include <QAbstractItemModelTester>
 #include <QLineEdit>
@@ -17,7 +18,8 @@ TEST(NavigationModelTest, FixedTreeDrawsLabelsFromTheDocument)
 {
     CMmt8Memory memory;
     FillSampleDocument(memory);
-    CNavigationModel model(memory);
+    CDocumentHistory history(memory);
+    CNavigationModel model(memory, history);
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
 
     ASSERT_EQ(model.rowCount(), 2);
@@ -50,7 +52,8 @@ TEST(NavigationModelTest, FixedTreeDrawsLabelsFromTheDocument)
 TEST(NavigationModelTest, OnlyOnePartOrOneSongIsRenamed)
 {
     CMmt8Memory memory;
-    CNavigationModel model(memory);
+    CDocumentHistory history(memory);
+    CNavigationModel model(memory, history);
     const QModelIndex parts = model.index(0, 0);
     EXPECT_FALSE(model.flags(parts) & Qt::ItemIsEditable);
     EXPECT_FALSE(model.flags(model.index(1, 0)) & Qt::ItemIsEditable);
@@ -63,6 +66,7 @@ TEST(NavigationModelTest, OnlyOnePartOrOneSongIsRenamed)
     EXPECT_EQ(memory.Song(5).name, "Chorus with a");
     EXPECT_EQ(memory.modified, 1);
     EXPECT_EQ(model.data(song, Qt::EditRole).toString(), QStringLiteral("Chorus with a"));
+    EXPECT_STREQ(history.UndoName(), "Rename");
 }
 
 class TreeViewTest : public UiTest {

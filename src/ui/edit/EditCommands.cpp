@@ -240,7 +240,7 @@ bool CEditCommands::AskToDeleteAll(const char* question)
 {
     return CMessageBox::Report(&m_frame, QString::fromLatin1(question),
                                QStringLiteral("Warning"), QMessageBox::NoIcon,
-                               QMessageBox::Yes | QMessageBox::No)
+                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
            == QMessageBox::Yes;
 }
 

@@ -8,10 +8,10 @@ class CMmt8Memory;
 class IMidiPorts;
 
 // Receive: waits, with the progress dialog, for the dump the user starts on
-// the device and loads it into the document. True when the transfer ended,
-// so the views show what came; false when the input port is closed or the
-// user cancelled, the document then untouched. The save-changes question
-// is the caller's, before.
+// the device and loads it into the document. True when a dump loaded and
+// replaced the document; false when the input port is closed, the user
+// cancelled or nothing that came loaded, the document then untouched. The
+// save-changes question is the caller's, before.
 bool RunReceiveCommand(QWidget* parent, IMidiPorts& ports, CMmt8Memory& memory);
 
 // Send: the document's dump to the device. A send that is over at once
