@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Sets up, builds from nothing and runs every test: the unit and end-to-end
+# Sets up, checks the formatting, builds from nothing (warnings are errors)
+# and runs every test: the unit and end-to-end
 # tests, the same without the editor (no Qt Widgets), the Windows
 # cross-build's tests under wine, the tests under AddressSanitizer and
 # UndefinedBehaviorSanitizer, the threaded transport tests under
@@ -9,6 +10,9 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh
+
+echo "== format"
+scripts/check-format.sh
 
 echo "== build and test (default)"
 cmake --preset default
