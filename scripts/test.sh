@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Sets up, checks the formatting, builds from nothing (warnings are errors)
-# and runs every test: the unit and end-to-end
-# tests, the same without the editor (no Qt Widgets), the Windows
-# cross-build's tests under wine, the tests under AddressSanitizer and
+# and runs every test: the unit and end-to-end tests, the ALSA tests in a
+# small VM with a real kernel sequencer, the same without the editor (no Qt
+# Widgets), the Windows cross-build's tests under wine, the tests under
+# AddressSanitizer and
 # UndefinedBehaviorSanitizer, the threaded transport tests under
 # ThreadSanitizer, each fuzz target for a bounded time (FUZZ_SECONDS,
 # default 60), and the Debian package, installed and run.
@@ -18,6 +19,12 @@ echo "== build and test (default)"
 cmake --preset default
 cmake --build --preset default
 ctest --preset default
+
+# The tests labelled alsa need a kernel sequencer with virtual MIDI cards;
+# they run on the default build's binaries in a VM, and fail the run if the
+# VM cannot start.
+echo "== ALSA tests in a VM (the default build)"
+scripts/alsa-vm.sh build/default
 
 # The libraries, tarvix-cli and their tests without the editor: the build
 # refuses to look for Qt Widgets, and nothing it made may load Qt's GUI.

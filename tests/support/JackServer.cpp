@@ -1,14 +1,13 @@
 #include "support/JackServer.h"
 
+#include "support/ChildProcess.h"
+
 #include <jack/jack.h>
 
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <fcntl.h>
 #include <sstream>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
@@ -56,6 +55,10 @@ bool CanConnect(const std::string& name)
 
 } // namespace
 
+struct JackServer::Process : testing::ChildProcess {};
+
+JackServer::JackServer() = default;
+
 JackServer::~JackServer()
 {
     Stop();
@@ -83,27 +86,14 @@ bool JackServer::Start(const std::string& baseName, std::string& error)
 
 bool JackServer::StartAs(const std::string& jackd, const std::string& name, std::string& error)
 {
-    const pid_t parent = getpid();
-    m_pid = fork();
-    if (m_pid < 0) {
-        error = "cannot fork";
+    testing::ChildProcess::Options options;
+    options.inputPipe = false;
+    options.deathSignal = SIGTERM;
+    m_jackd = std::make_unique<Process>();
+    if (!m_jackd->Start({jackd, "--no-realtime", "-n", name, "-d", "dummy"}, options)) {
+        error = "cannot start jackd";
         return false;
     }
-    if (m_pid == 0) {
-        setpgid(0, 0);
-        prctl(PR_SET_PDEATHSIG, SIGTERM);
-        if (getppid() != parent) {
-            _exit(1);
-        }
-        const int null = open("/dev/null", O_RDWR);
-        dup2(null, STDIN_FILENO);
-        dup2(null, STDOUT_FILENO);
-        dup2(null, STDERR_FILENO);
-        execl(jackd.c_str(), "jackd", "--no-realtime", "-n", name.c_str(), "-d", "dummy",
-              static_cast<char*>(nullptr));
-        _exit(127);
-    }
-    setpgid(m_pid, m_pid); // also from here, so the group exists before any kill
     m_name = name;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(15);
     while (std::chrono::steady_clock::now() < deadline) {
@@ -128,31 +118,15 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
 
 bool JackServer::HasExited()
 {
-    int status = 0;
-    if (m_pid <= 0 || waitpid(m_pid, &status, WNOHANG) == m_pid) {
-        m_pid = -1;
-        return true;
-    }
-    return false;
+    return !m_jackd || !m_jackd->IsRunning();
 }
 
 void JackServer::Stop()
 {
-    if (m_pid <= 0) {
-        return;
+    if (m_jackd) {
+        m_jackd->Stop(kStopGrace);
+        m_jackd.reset();
     }
-    kill(-m_pid, SIGTERM);
-    const auto deadline = std::chrono::steady_clock::now() + kStopGrace;
-    int status = 0;
-    while (waitpid(m_pid, &status, WNOHANG) == 0) {
-        if (std::chrono::steady_clock::now() >= deadline) {
-            kill(-m_pid, SIGKILL);
-            waitpid(m_pid, &status, 0);
-            break;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    m_pid = -1;
 }
 
 } // namespace tarvix::test

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <memory>
 #include <string>
-#include <sys/types.h>
 
 namespace tarvix::test {
 
@@ -16,7 +16,7 @@ namespace tarvix::test {
 // the first one free is taken, and a place lost that way is won back.
 class JackServer {
 public:
-    JackServer() = default;
+    JackServer();
     ~JackServer();
     JackServer(const JackServer&) = delete;
     JackServer& operator=(const JackServer&) = delete;
@@ -32,7 +32,10 @@ private:
     bool StartAs(const std::string& jackd, const std::string& name, std::string& error);
     bool HasExited();
 
-    pid_t m_pid = -1;
+    // The jackd process; its type is kept out of this header, whose users
+    // live in namespaces where "testing" means GoogleTest.
+    struct Process;
+    std::unique_ptr<Process> m_jackd;
     std::string m_name;
 };
 

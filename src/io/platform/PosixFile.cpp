@@ -31,6 +31,19 @@ ErrorCode Errno()
     return static_cast<ErrorCode>(errno);
 }
 
+// A call that answers 0 or -1 and errno, made again when a signal
+// interrupted it.
+template <typename Call>
+bool Succeeds(Call call, ErrorCode& error)
+{
+    int result = 0;
+    do {
+        result = call();
+    } while (result < 0 && errno == EINTR);
+    error = result < 0 ? Errno() : ErrorCode{};
+    return result >= 0;
+}
+
 // One system call at most SSIZE_MAX bytes; our counts are 32-bit anyway.
 constexpr std::size_t kMaxChunk = std::numeric_limits<std::uint32_t>::max() / 2 + 1;
 
@@ -180,16 +193,7 @@ bool SeekFile(FileHandle handle, std::int64_t distance, SeekMethod method,
 
 bool FlushFile(FileHandle handle, ErrorCode& error)
 {
-    int result = 0;
-    do {
-        result = ::fsync(Descriptor(handle));
-    } while (result < 0 && errno == EINTR);
-    if (result < 0) {
-        error = Errno();
-        return false;
-    }
-    error = 0;
-    return true;
+    return Succeeds([&] { return ::fsync(Descriptor(handle)); }, error);
 }
 
 bool GetFileSize(FileHandle handle, std::uint64_t& size, ErrorCode& error)
@@ -262,16 +266,8 @@ bool RemoveFile(const std::string& path)
 
 bool SetFileSize(FileHandle handle, std::uint64_t size, ErrorCode& error)
 {
-    int result = 0;
-    do {
-        result = ::ftruncate(Descriptor(handle), static_cast<off_t>(size));
-    } while (result < 0 && errno == EINTR);
-    if (result < 0) {
-        error = Errno();
-        return false;
-    }
-    error = 0;
-    return true;
+    return Succeeds([&] { return ::ftruncate(Descriptor(handle), static_cast<off_t>(size)); },
+                    error);
 }
 
 std::string ResolveFinalPath(const std::string& path)

@@ -7,6 +7,19 @@
 
 namespace tarvix {
 
+namespace {
+// With the lock held: the open port of that direction the header may join,
+// or null and why not.
+BufferedMidiPort* FindToQueue(const BufferedMidiPorts& ports, MidiHandle handle,
+                              MidiDirection direction, const MidiHeader& header,
+                              MidiResult& result)
+{
+    BufferedMidiPort* port = ports.Find(handle, direction);
+    result = port == nullptr ? kMidiInvalidHandle : CheckHeaderToQueue(header);
+    return result == kMidiNoError ? port : nullptr;
+}
+} // namespace
+
 BufferedMidiPort* BufferedMidiPorts::Find(MidiHandle handle) const
 {
     for (const auto& port : m_ports) {
@@ -111,11 +124,9 @@ MidiResult BufferedMidiPorts::AddBuffer(MidiHandle handle, MidiHeader& header)
 {
     {
         const std::lock_guard lock(m_mutex);
-        BufferedMidiPort* port = Find(handle, MidiDirection::Input);
+        MidiResult result = kMidiNoError;
+        BufferedMidiPort* port = FindToQueue(*this, handle, MidiDirection::Input, header, result);
         if (port == nullptr) {
-            return kMidiInvalidHandle;
-        }
-        if (const MidiResult result = CheckHeaderToQueue(header); result != kMidiNoError) {
             return result;
         }
         port->m_input.AddBuffer(header);
@@ -167,11 +178,9 @@ MidiResult BufferedMidiPorts::Reset(MidiHandle handle,
 MidiResult BufferedMidiPorts::QueueOutput(MidiHandle handle, MidiHeader& header)
 {
     const std::lock_guard lock(m_mutex);
-    BufferedMidiPort* port = Find(handle, MidiDirection::Output);
+    MidiResult result = kMidiNoError;
+    BufferedMidiPort* port = FindToQueue(*this, handle, MidiDirection::Output, header, result);
     if (port == nullptr) {
-        return kMidiInvalidHandle;
-    }
-    if (const MidiResult result = CheckHeaderToQueue(header); result != kMidiNoError) {
         return result;
     }
     MarkHeaderQueued(header);

@@ -27,9 +27,13 @@ void MidiCallbackQueue::Deliver()
 {
     std::unique_lock lock(m_mutex);
     if (m_delivering) {
-        return;
+        if (m_deliverer == std::this_thread::get_id()) {
+            return; // called back from a callback: the loop below runs it
+        }
+        m_delivered.wait(lock, [this] { return !m_delivering; });
     }
     m_delivering = true;
+    m_deliverer = std::this_thread::get_id();
     while (!m_calls.empty()) {
         std::function<void()> call = std::move(m_calls.front());
         m_calls.pop_front();
@@ -38,6 +42,7 @@ void MidiCallbackQueue::Deliver()
         lock.lock();
     }
     m_delivering = false;
+    m_delivered.notify_all();
 }
 
 } // namespace tarvix

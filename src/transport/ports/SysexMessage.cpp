@@ -3,15 +3,8 @@
 #include "model/SysexDumpFormat.h"
 
 #include <algorithm>
-#include <atomic>
 
 namespace tarvix {
-
-namespace {
-std::atomic<std::uint32_t> g_lastSequence{0};
-} // namespace
-
-CSysexMessage::CSysexMessage() : m_sequence(++g_lastSequence) {}
 
 bool CSysexMessage::IsComplete() const
 {

@@ -7,13 +7,9 @@
 
 namespace tarvix {
 
-// One SysEx message on its way in or out. Sequence numbers come from one
-// counter shared by both directions, so they order all traffic of the run.
+// One SysEx message on its way in or out.
 class CSysexMessage {
 public:
-    CSysexMessage();
-
-    std::uint32_t GetSequence() const { return m_sequence; }
     // Bytes already handed to the driver; output only.
     std::uint32_t GetOffset() const { return m_offset; }
     void AddOffset(std::uint32_t count) { m_offset += count; }
@@ -28,7 +24,6 @@ public:
     bool ContainsSysexEnd() const;
 
 private:
-    std::uint32_t m_sequence;
     std::uint32_t m_offset = 0;
     CByteBuffer m_bytes;
 };

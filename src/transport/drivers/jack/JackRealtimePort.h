@@ -26,7 +26,6 @@ public:
 
     bool IsValid() const { return m_ring != nullptr; }
     jack_port_t* GetPort() const { return m_port; }
-    MidiDirection GetDirection() const { return m_direction; }
 
     // The process callback's part; true when bytes moved.
     bool Process(jack_nframes_t frames);

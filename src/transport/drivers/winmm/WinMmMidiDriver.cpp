@@ -45,6 +45,33 @@ WinMmPort* PortOf(MidiHandle handle)
     return static_cast<WinMmPort*>(handle);
 }
 
+// The service's header for one the program queues on a port of that
+// direction, its length brought up to date; null and why not when the
+// header may not be queued there.
+MIDIHDR* HeaderToQueue(WinMmPort& port, MidiDirection direction, MidiHeader& header,
+                       MidiResult& result)
+{
+    result = port.m_direction != direction ? kMidiInvalidHandle : CheckHeaderToQueue(header);
+    MIDIHDR* service = result == kMidiNoError ? port.Find(header) : nullptr;
+    if (result == kMidiNoError && service == nullptr)
+        result = kMidiUnprepared;
+    if (service != nullptr)
+        service->dwBufferLength = header.bufferLength;
+    return service;
+}
+
+// Marks the header queued for the service's call, and not queued again
+// when the call fails.
+template <typename Call>
+MidiResult Queue(MidiHeader& header, Call call)
+{
+    MarkHeaderQueued(header);
+    const MMRESULT result = call();
+    if (result != MMSYSERR_NOERROR)
+        header.flags &= ~kMidiHeaderInQueue;
+    return result;
+}
+
 MidiHeader* ProgramHeader(DWORD_PTR serviceHeader)
 {
     return reinterpret_cast<MidiHeader*>(reinterpret_cast<MIDIHDR*>(serviceHeader)->dwUser);
@@ -196,21 +223,13 @@ MidiResult WinMmMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& heade
 MidiResult WinMmMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
 {
     WinMmPort* port = PortOf(handle);
-    if (!port->IsInput())
-        return kMidiInvalidHandle;
-    if (const MidiResult rules = CheckHeaderToQueue(header); rules != kMidiNoError)
-        return rules;
-    MIDIHDR* service = port->Find(header);
+    MidiResult result = kMidiNoError;
+    MIDIHDR* service = HeaderToQueue(*port, MidiDirection::Input, header, result);
     if (service == nullptr)
-        return kMidiUnprepared;
-    service->dwBufferLength = header.bufferLength;
+        return result;
     service->dwBytesRecorded = 0;
     header.bytesRecorded = 0;
-    MarkHeaderQueued(header);
-    const MMRESULT result = ::midiInAddBuffer(port->in, service, sizeof(MIDIHDR));
-    if (result != MMSYSERR_NOERROR)
-        header.flags &= ~kMidiHeaderInQueue;
-    return result;
+    return Queue(header, [&] { return ::midiInAddBuffer(port->in, service, sizeof(MIDIHDR)); });
 }
 
 MidiResult WinMmMidiDriver::Start(MidiHandle handle)
@@ -222,19 +241,11 @@ MidiResult WinMmMidiDriver::Start(MidiHandle handle)
 MidiResult WinMmMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
 {
     WinMmPort* port = PortOf(handle);
-    if (port->IsInput())
-        return kMidiInvalidHandle;
-    if (const MidiResult rules = CheckHeaderToQueue(header); rules != kMidiNoError)
-        return rules;
-    MIDIHDR* service = port->Find(header);
+    MidiResult result = kMidiNoError;
+    MIDIHDR* service = HeaderToQueue(*port, MidiDirection::Output, header, result);
     if (service == nullptr)
-        return kMidiUnprepared;
-    service->dwBufferLength = header.bufferLength;
-    MarkHeaderQueued(header);
-    const MMRESULT result = ::midiOutLongMsg(port->out, service, sizeof(MIDIHDR));
-    if (result != MMSYSERR_NOERROR)
-        header.flags &= ~kMidiHeaderInQueue;
-    return result;
+        return result;
+    return Queue(header, [&] { return ::midiOutLongMsg(port->out, service, sizeof(MIDIHDR)); });
 }
 
 std::string WinMmMidiDriver::GetErrorText(MidiResult result) const

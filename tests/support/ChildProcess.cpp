@@ -1,10 +1,10 @@
-#include "ChildProcess.h"
-
-#include "support/TempDir.h"
+#include "support/ChildProcess.h"
 
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
+#include <iterator>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
@@ -20,10 +20,8 @@ constexpr auto kStopGrace = std::chrono::seconds(5);
 
 std::string ReadText(const std::string& path)
 {
-    if (access(path.c_str(), R_OK) != 0)
-        return {};
-    const auto bytes = ReadAllBytes(path);
-    return {bytes.begin(), bytes.end()};
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 // The test's environment with the given entries replacing those of the
@@ -55,24 +53,22 @@ std::vector<char*> Pointers(std::vector<std::string>& strings)
 
 ChildProcess::~ChildProcess()
 {
-    if (m_pid > 0 && !m_ended) {
-        SignalGroup(SIGTERM);
-        Wait(kStopGrace); // kills the group when the grace runs out
-    }
+    if (m_pid > 0 && !m_ended)
+        Stop(kStopGrace);
     if (m_pid > 0)
         ::kill(-m_pid, SIGKILL); // anything the program left in its group
     if (m_input >= 0)
         ::close(m_input);
 }
 
-bool ChildProcess::Start(const std::vector<std::string>& command,
-                         const std::vector<std::string>& environment, const std::string& outPath,
-                         const std::string& errPath)
+bool ChildProcess::Start(const std::vector<std::string>& command, const Options& options)
 {
-    m_outPath = outPath;
-    m_errPath = errPath;
+    m_outPath = options.outPath;
+    m_errPath = options.errPath;
+    const std::string outPath = m_outPath.empty() ? "/dev/null" : m_outPath;
+    const std::string errPath = m_errPath.empty() ? "/dev/null" : m_errPath;
     std::vector<std::string> words(command);
-    std::vector<std::string> variables = MergedEnvironment(environment);
+    std::vector<std::string> variables = MergedEnvironment(options.environment);
     std::vector<char*> argv = Pointers(words);
     std::vector<char*> envp = Pointers(variables);
     int pipeEnds[2];
@@ -84,12 +80,13 @@ bool ChildProcess::Start(const std::vector<std::string>& command,
         return false;
     if (m_pid == 0) {
         ::setpgid(0, 0);
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        ::prctl(PR_SET_PDEATHSIG, options.deathSignal);
         if (::getppid() != parent)
             ::_exit(126);
         const int out = ::open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         const int err = ::open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        ::dup2(pipeEnds[0], STDIN_FILENO);
+        const int in = options.inputPipe ? pipeEnds[0] : ::open("/dev/null", O_RDONLY);
+        ::dup2(in, STDIN_FILENO);
         ::dup2(out, STDOUT_FILENO);
         ::dup2(err, STDERR_FILENO);
         ::execve(argv[0], argv.data(), envp.data());
@@ -98,6 +95,8 @@ bool ChildProcess::Start(const std::vector<std::string>& command,
     ::setpgid(m_pid, m_pid); // also from here, so the group exists before any signal
     ::close(pipeEnds[0]);
     m_input = pipeEnds[1];
+    if (!options.inputPipe)
+        CloseInput();
     return true;
 }
 
@@ -134,6 +133,13 @@ bool ChildProcess::WriteInput(const std::string& text)
            ::write(m_input, text.data(), text.size()) == static_cast<ssize_t>(text.size());
 }
 
+void ChildProcess::CloseInput()
+{
+    if (m_input >= 0)
+        ::close(m_input);
+    m_input = -1;
+}
+
 ChildProcess::Exit ChildProcess::Wait(std::chrono::seconds limit)
 {
     const auto deadline = std::chrono::steady_clock::now() + limit;
@@ -148,6 +154,13 @@ ChildProcess::Exit ChildProcess::Wait(std::chrono::seconds limit)
         std::this_thread::sleep_for(kPoll);
     }
     return m_exit;
+}
+
+ChildProcess::Exit ChildProcess::Stop(std::chrono::seconds grace)
+{
+    if (IsRunning())
+        SignalGroup(SIGTERM);
+    return Wait(grace); // kills the group when the grace runs out
 }
 
 std::string ChildProcess::ReadOut() const
@@ -176,12 +189,18 @@ bool ChildProcess::WaitForOutput(const std::string& text, std::chrono::seconds l
 
 std::string ChildProcess::Describe() const
 {
-    std::string text = "exit " + std::to_string(m_exit.code);
-    if (m_exit.signal != 0)
-        text += ", signal " + std::to_string(m_exit.signal);
-    if (m_exit.timedOut)
+    return Describe(m_exit, ReadOut(), ReadErr());
+}
+
+std::string ChildProcess::Describe(const Exit& exit, const std::string& out,
+                                   const std::string& err)
+{
+    std::string text = "exit " + std::to_string(exit.code);
+    if (exit.signal != 0)
+        text += ", killed by signal " + std::to_string(exit.signal);
+    if (exit.timedOut)
         text += ", timed out";
-    return text + "\nstdout:\n" + ReadOut() + "\nstderr:\n" + ReadErr();
+    return text + "\nstdout:\n" + out + "\nstderr:\n" + err;
 }
 
 } // namespace tarvix::testing
