@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Takes the pictures in docs/: main-window.png, the editor with the demo
-# document open on part 00's track list, and receive-dialog.png, a Receive
+# document open on part 00's track list; receive-dialog.png, a Receive
 # half-way through from the simulated device sending at the MIDI cable's
-# speed. Everything runs on this machine: a private JACK server on its dummy
+# speed; then, once the received memory is in, piano-roll.png, the busy part
+# 20 as a piano roll, and song-arrangement.png, the demo song's steps. Everything runs on this machine: a private JACK server on its dummy
 # backend, the device (tarvix-cli device) as a client of it, and the editor
 # on a virtual screen. Usage: scripts/screenshot.sh [FOLDER]
 set -euo pipefail
@@ -117,3 +118,30 @@ kill -USR1 "$device"
 sleep "$(awk -v bytes="$bytes" 'BEGIN { printf "%.2f", bytes / 3125 / 2 }')"
 capture "$folder/receive-dialog.png"
 echo "screenshot: the device's dump is $bytes bytes on the wire"
+
+# The dump arrives whole and the progress window closes by itself.
+wait_for 30 sh -c '! xdotool search --name "^Midi progress$"'
+sleep 1
+
+# Part 20 (eight busy tracks) from the tree, as a piano roll: Ctrl+P.
+xdotool windowfocus --sync "$window" key --delay 20 $(printf 'Down %.0s' $(seq 20)) ctrl+p
+wait_for 20 xdotool search --onlyvisible --name '^Piano roll - '
+roll=$(xdotool search --onlyvisible --name '^Piano roll - ' | head -n 1)
+xdotool windowsize --sync "$roll" 800 520 windowmove --sync "$roll" 0 0
+# 0 fits the part to the resized window; + twice zooms in to a few bars.
+xdotool windowfocus --sync "$roll" key 0 plus plus plus plus plus plus ctrl+plus ctrl+plus Home
+sleep 1
+eval "$(xdotool getwindowgeometry --shell "$roll")"
+capture "$folder/piano-roll.png"
+xdotool windowfocus --sync "$roll" key Escape
+
+# Song 00 from the tree (End goes to "Songs", Right opens it, Down to the
+# first song), as an arrangement: Ctrl+G.
+xdotool windowfocus --sync "$window" key End Right Down ctrl+g
+wait_for 20 xdotool search --onlyvisible --name '^Song arrangement - '
+song=$(xdotool search --onlyvisible --name '^Song arrangement - ' | head -n 1)
+xdotool windowsize --sync "$song" 800 190 windowmove --sync "$song" 0 0
+xdotool windowfocus --sync "$song" key plus plus Right Right
+sleep 1
+eval "$(xdotool getwindowgeometry --shell "$song")"
+capture "$folder/song-arrangement.png"

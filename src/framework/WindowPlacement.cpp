@@ -1,8 +1,12 @@
 #include "framework/WindowPlacement.h"
 
 #include <QGuiApplication>
+#include <QRegion>
 #include <QScreen>
+#include <QStyle>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace tarvix {
 
@@ -36,13 +40,25 @@ WindowPlacement SaveWindowPlacement(const QWidget& window)
     return record;
 }
 
+bool IsTitleBarOnScreen(const QWidget& window, const QRect& normal)
+{
+    // The normal geometry is the inside of the frame; the title bar stands
+    // above it.
+    const int height = std::max(1, window.style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    const QRect titleBar(normal.left(), normal.top() - height, normal.width(), height);
+    QRegion screens;
+    for (const QScreen* screen : QGuiApplication::screens())
+        screens += screen->availableGeometry();
+    return QRegion(titleBar).subtracted(screens).isEmpty();
+}
+
 void RestoreWindowPlacement(QWidget& window, const WindowPlacement& placement)
 {
     const QRect normal(Get(placement, 1), Get(placement, 2), Get(placement, 3), Get(placement, 4));
     if (normal.width() <= 0 || normal.height() <= 0 || normal.width() > 100000
         || normal.height() > 100000)
         return;
-    if (QGuiApplication::screenAt(normal.center()) != nullptr)
+    if (IsTitleBarOnScreen(window, normal))
         window.setGeometry(normal);
     else
         window.resize(normal.size());

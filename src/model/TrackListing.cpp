@@ -67,4 +67,17 @@ std::string ListTrack(const CMmt8Track& track, LineEnds lineEnds)
     return text.TakeText();
 }
 
+std::string ListEventLine(const CMmt8Event& event)
+{
+    CTextBuilder text(LineEnds::Lf);
+    event.List(text);
+    std::string line = text.TakeText();
+    // An untimed line starts with five spaces where the time would be.
+    if (!event.timed && line.size() >= 4)
+        line.replace(0, 4, FormatText("%04X", unsigned{event.time}));
+    while (!line.empty() && line.back() == '\n')
+        line.pop_back();
+    return line;
+}
+
 } // namespace tarvix

@@ -85,7 +85,8 @@ QMenu* CCommandActions::BuildMenus(QMenuBar& menuBar)
         if (info.menu != current) {
             current = info.menu;
             menu = menuBar.addMenu(QString::fromLatin1(MenuTitle(current)));
-            static const char* const kNames[] = {"", "menuFile", "menuEdit", "menuTools", "menuHelp"};
+            static const char* const kNames[] = {"",          "menuFile", "menuEdit",
+                                                     "menuTools", "menuHelp", "menuView"};
             menu->setObjectName(QString::fromLatin1(kNames[static_cast<int>(current)]));
         }
         if (info.id == kCmdRecentFirst) {

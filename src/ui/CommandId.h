@@ -38,6 +38,8 @@ enum CommandId : int {
     kCmdAssign = 33040,
     kCmdIncrement = 33041,
     kCmdDecrement = 33042,
+    kCmdPianoRoll = 33050,
+    kCmdSongView = 33051,
 };
 
 } // namespace tarvix

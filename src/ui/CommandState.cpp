@@ -16,6 +16,8 @@ bool IsCommandEnabled(const CommandInfo& command, const UiState& state)
     case EnableRule::ListKindSelection:
         return list && state.kind == command.ruleKind && state.hasSelection;
     case EnableRule::ListKind: return list && state.kind == command.ruleKind;
+    case EnableRule::PianoRollTarget: return state.pianoRollTarget;
+    case EnableRule::SongViewTarget: return state.songViewTarget;
     case EnableRule::TreeRename:
         return tree && state.hasSelection
                && (state.kind == NodeKind::Part || state.kind == NodeKind::Song);

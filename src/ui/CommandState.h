@@ -14,6 +14,8 @@ struct UiState {
     bool inputOpen = false;
     bool outputOpen = false;
     bool canPaste = false;     // the clipboard holds what Paste would read
+    bool pianoRollTarget = false; // a part to show in a piano roll
+    bool songViewTarget = false;  // a song to show as blocks
 };
 
 bool IsCommandEnabled(const CommandInfo& command, const UiState& state);

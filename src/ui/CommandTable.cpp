@@ -11,6 +11,11 @@ constexpr bool kTool = true;
 constexpr bool kNoTool = false;
 constexpr bool kSep = true;
 constexpr bool kNoSep = false;
+// Keypad + and -. Under X11, Qt 6 matches a keypad key's shortcut without its
+// keypad mark, so "Num++" alone never fires there; the plain key is bound
+// too and catches it (the main keyboard's + and - then also work).
+constexpr const char* kKeypadPlus = "Num++; +";
+constexpr const char* kKeypadMinus = "Num+-; -";
 } // namespace
 
 // The "Crtl+I" and "Crtl+M" hints are the program's own spelling and stay.
@@ -35,11 +40,13 @@ const std::vector<CommandInfo>& CommandTable()
         {kCmdPartBeats, "editPartBeats", M::Edit, "Set part &beat count...", "", kNoTool, "Set part beat count\nBeats", H::ListPane, R::ListKindSelection, NodeKind::AllParts, kNoSep},
         {kCmdTrackChannel, "editTrackChannel", M::Edit, "Set track c&hannel...", "", kNoTool, "Set track channel number\nChannel", H::ListPane, R::ListKindSelection, NodeKind::Part, kNoSep},
         {kCmdSongTempo, "editSongTempo", M::Edit, "Set song &tempo...", "", kNoTool, "Set song tempo\nTempo", H::ListPane, R::ListKindSelection, NodeKind::AllSongs, kSep},
-        {kCmdIncrement, "editIncrement", M::Edit, "I&ncrement part\tNum +", "Num++", kNoTool, "Increment current step part number\nIncrement", H::ListPane, R::ListKindSelection, NodeKind::Song, kNoSep},
-        {kCmdDecrement, "editDecrement", M::Edit, "D&ecrement part\tNum -", "Num+-", kNoTool, "Decrement current step part number\nDecrement", H::ListPane, R::ListKindSelection, NodeKind::Song, kSep},
+        {kCmdIncrement, "editIncrement", M::Edit, "I&ncrement part\tNum +", kKeypadPlus, kNoTool, "Increment current step part number\nIncrement", H::ListPane, R::ListKindSelection, NodeKind::Song, kNoSep},
+        {kCmdDecrement, "editDecrement", M::Edit, "D&ecrement part\tNum -", kKeypadMinus, kNoTool, "Decrement current step part number\nDecrement", H::ListPane, R::ListKindSelection, NodeKind::Song, kSep},
         {kCmdInsertStep, "editInsertStep", M::Edit, "&Insert step\tIns", "Ins", kNoTool, "Insert steps into current song\nInsert", H::ListPane, R::ListKind, NodeKind::Song, kNoSep},
         {kCmdDelete, "editDelete", M::Edit, "&Delete item\tDel", "Del", kNoTool, "Delete selected parts, songs or steps", H::ActivePane, R::PaneSelection, kAny, kSep},
         {kCmdRename, "editRename", M::Edit, "&Rename\tF2", "F2", kNoTool, "Rename selected part or song\nRename", H::TreePane, R::TreeRename, kAny, kNoSep},
+        {kCmdPianoRoll, "viewPianoRoll", M::View, "&Piano roll\tCtrl+P", "Ctrl+P", kNoTool, "Show the selected part as a piano roll\nPiano roll", H::Frame, R::PianoRollTarget, kAny, kNoSep},
+        {kCmdSongView, "viewSongArrangement", M::View, "&Song arrangement\tCtrl+G", "Ctrl+G", kNoTool, "Show the selected song as blocks along a time line\nSong arrangement", H::Frame, R::SongViewTarget, kAny, kNoSep},
         {kCmdMidiFileDump, "toolsMidiFileDump", M::Tools, "&Midi File Dump...", "", kNoTool, "Dump Standard MIDI File\nDump", H::Frame, R::Always, kAny, kSep},
         {kCmdOptions, "toolsOptions", M::Tools, "&Options...", "", kTool, "Display program options dialog\nOptions", H::Frame, R::Always, kAny, kNoSep},
         {kCmdAbout, "helpAbout", M::Help, "&About Tarvix...", "", kTool, "Display program information and version number\nAbout", H::Frame, R::Always, kAny, kNoSep},
@@ -75,6 +82,7 @@ const char* MenuTitle(CommandMenu menu)
     case CommandMenu::Edit: return "&Edit";
     case CommandMenu::Tools: return "&Tools";
     case CommandMenu::Help: return "&Help";
+    case CommandMenu::View: return "&View";
     case CommandMenu::None: break;
     }
     return "";

@@ -7,7 +7,7 @@
 
 namespace tarvix {
 
-enum class CommandMenu { None, File, Edit, Tools, Help };
+enum class CommandMenu { None, File, Edit, Tools, Help, View };
 enum class CommandHandler { Frame, ActivePane, ListPane, TreePane, Nobody };
 
 // When a command is enabled; the kind-bound rules read `rule_kind`.
@@ -21,6 +21,8 @@ enum class EnableRule {
     ListKindSelection, // list active, CurrentNode of rule_kind, a selection
     ListKind,          // list active, CurrentNode of rule_kind
     TreeRename,        // tree active, one part or one song selected
+    PianoRollTarget,   // the panes point at a part
+    SongViewTarget,    // the panes point at a song
 };
 
 struct CommandInfo {
@@ -37,7 +39,8 @@ struct CommandInfo {
     bool separatorAfter;
 };
 
-// Every command in menu order; the rows without a menu are keys only.
+// Every command in menu order (the View menu stands between Edit and
+// Tools); the rows without a menu are keys only.
 const std::vector<CommandInfo>& CommandTable();
 const CommandInfo* FindCommand(CommandId id);
 

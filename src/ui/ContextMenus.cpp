@@ -17,21 +17,25 @@ const ContextMenuItem kIncrement{"I&ncrement", kCmdIncrement};
 const ContextMenuItem kDecrement{"D&ecrement", kCmdDecrement};
 const ContextMenuItem kInsert{"&Insert", kCmdInsertStep};
 const ContextMenuItem kRename{"&Rename", kCmdRename};
+const ContextMenuItem kPianoRoll{"Pian&o roll", kCmdPianoRoll};
+const ContextMenuItem kSongView{"Son&g arrangement", kCmdSongView};
 
 // Index: node kind - 1.
 const ContextMenuLayout kTreeMenus[] = {
     {"P1_AllParts", {kCopy, kPaste, kDelete, kImport, kExport}},
-    {"P1_OnePreset", {kCopy, kPaste, kDelete, kImport, kExport, kRename}},
+    {"P1_OnePreset", {kCopy, kPaste, kDelete, kImport, kExport, kRename, kPianoRoll}},
     {"P1_AllSongs", {kCopy, kPaste, kDelete, kImport, kExport}},
-    {"P1_OneSong", {kCopy, kPaste, kDelete, kImport, kExport, kRename}},
+    {"P1_OneSong", {kCopy, kPaste, kDelete, kImport, kExport, kRename, kSongView}},
 };
 
 const ContextMenuLayout kListMenus[] = {
-    {"P2_PartList", {kCopy, kPaste, kSelectAll, kDelete, kImport, kExport, kAssign, kBeats}},
-    {"P2_TrackList", {kCopy, kPaste, kSelectAll, kDelete, kImport, kExport, kChannel}},
-    {"P2_SongList", {kCopy, kPaste, kSelectAll, kDelete, kImport, kExport, kTempo}},
+    {"P2_PartList",
+     {kCopy, kPaste, kSelectAll, kDelete, kImport, kExport, kAssign, kBeats, kPianoRoll}},
+    {"P2_TrackList", {kCopy, kPaste, kSelectAll, kDelete, kImport, kExport, kChannel, kPianoRoll}},
+    {"P2_SongList", {kCopy, kPaste, kSelectAll, kDelete, kImport, kExport, kTempo, kSongView}},
     {"P2_StepList",
-     {kCopy, kPaste, kSelectAll, kIncrement, kDecrement, kInsert, kDelete, kImport, kExport}},
+     {kCopy, kPaste, kSelectAll, kIncrement, kDecrement, kInsert, kDelete, kImport, kExport,
+      kPianoRoll, kSongView}},
 };
 } // namespace
 

@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 
@@ -19,6 +20,32 @@ namespace {
 constexpr int kPartBeatsColumn = 2;
 constexpr int kTrackChannelColumn = 1;
 constexpr int kSongTempoColumn = 2;
+
+// Rows are what the list selects, so no cell is framed as the focused one.
+class CRowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->state &= ~QStyle::State_HasFocus;
+    }
+};
+
+bool IsMovingKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown: return true;
+    default: return false;
+    }
+}
 } // namespace
 
 CListPane::CListPane(ViewContext& context, CPendingCommands& pending, QWidget* parent)
@@ -29,6 +56,7 @@ CListPane::CListPane(ViewContext& context, CPendingCommands& pending, QWidget* p
     setModel(m_model);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setItemDelegate(new CRowDelegate(this));
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setTabKeyNavigation(false);
     setShowGrid(false);
@@ -127,6 +155,41 @@ QPoint CListPane::KeyboardMenuPosition() const
     return mapToGlobal(rect().center() - QPoint(80, 80));
 }
 
+QModelIndex CListPane::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    const int rows = m_model->rowCount();
+    if (rows == 0)
+        return {};
+    const int current = currentIndex().isValid() ? currentIndex().row() : -1;
+    int row = current;
+    switch (action) {
+    case MoveHome: row = 0; break;
+    case MoveEnd: row = rows - 1; break;
+    case MoveLeft:
+    case MoveRight:
+    case MoveNext:
+    case MovePrevious: row = std::max(current, 0); break;
+    default:
+        row = QTableView::moveCursor(action, modifiers & ~Qt::ControlModifier).row();
+        break;
+    }
+    return m_model->index(std::clamp(row, 0, rows - 1), 0);
+}
+
+QItemSelectionModel::SelectionFlags CListPane::selectionCommand(const QModelIndex& index,
+                                                                const QEvent* event) const
+{
+    if (event != nullptr && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<const QKeyEvent*>(event);
+        if (IsMovingKey(key->key()) && (key->modifiers() & Qt::ControlModifier)) {
+            const QKeyEvent plain(QEvent::KeyPress, key->key(),
+                                  key->modifiers() & ~Qt::ControlModifier);
+            return QTableView::selectionCommand(index, &plain);
+        }
+    }
+    return QTableView::selectionCommand(index, event);
+}
+
 bool CListPane::focusNextPrevChild(bool)
 {
     emit switchPaneRequested(Pane::Tree);
@@ -139,6 +202,12 @@ void CListPane::keyPressEvent(QKeyEvent* event)
     if ((key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_F2)
         && event->modifiers() == Qt::NoModifier) {
         ActivateRow(FirstSelectedRow(), -1);
+        return;
+    }
+    // The keyboard's other way to the context menu (the Menu key arrives as
+    // a context menu event of its own).
+    if (key == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        emit contextMenuRequested(Pane::List, KeyboardMenuPosition());
         return;
     }
     QTableView::keyPressEvent(event);

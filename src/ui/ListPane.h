@@ -34,6 +34,8 @@ public:
     // Double-click (with its column), Enter or F2 (column -1) on a row.
     void ActivateRow(int row, int column);
     void HandleCommand(CommandId id);
+    // Makes row the current and only selected row.
+    void SelectRow(int row);
     QPoint KeyboardMenuPosition() const;
 
 signals:
@@ -50,11 +52,16 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    // The list moves by rows: Home and End go to the first and last row,
+    // Left and Right stay, the current cell is always the row's first.
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    // Ctrl with a moving key selects as the key alone does; Shift extends.
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
 
 private:
     void BuildColumns();
     int FirstSelectedRow() const;
-    void SelectRow(int row);
 
     ViewContext& m_context;
     CPendingCommands& m_pending;

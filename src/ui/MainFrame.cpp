@@ -15,6 +15,7 @@
 #include "ui/SettingsKeyStore.h"
 #include "ui/StatusPanes.h"
 #include "ui/TreePane.h"
+#include "ui/views/ViewWindows.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -91,6 +92,7 @@ void CMainFrame::CreateLayout()
     m_list = new CListPane(m_context, m_pending, m_splitter);
     m_splitter->setStretchFactor(1, 1);
     setCentralWidget(m_splitter);
+    m_views = new CViewWindows(*this, m_context.memory);
 
     m_recentFiles = new CRecentFileList(kCmdRecentFirst, this);
     m_recentFiles->AttachMenu(recentMenu, QString::fromLatin1(kRecentFilesPrompt));
@@ -203,6 +205,8 @@ void CMainFrame::ExecuteCommand(CommandId id)
         break;
     case kCmdMidiFileDump: m_pending.MidiFileDump(); break;
     case kCmdAbout: OnAbout(); break;
+    case kCmdPianoRoll:
+    case kCmdSongView: m_views->Execute(id); break;
     case kCmdNextPane:
     case kCmdPrevPane:
         // With two panes the next and the previous one are the same.

@@ -24,6 +24,7 @@ class CRecentFileList;
 class CSettings;
 class CStatusPanes;
 class CTreePane;
+class CViewWindows;
 class IMidiPorts;
 
 // The program's window: menus, toolbar and keys from the command table, the
@@ -79,6 +80,8 @@ public:
     CRecentFileList& RecentFiles() { return *m_recentFiles; }
     QSplitter& Splitter() { return *m_splitter; }
     QToolBar& ToolBar() { return *m_toolBar; }
+    // The piano roll and song windows.
+    CViewWindows& Views() { return *m_views; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -121,6 +124,7 @@ private:
     CTreePane* m_tree = nullptr;
     CListPane* m_list = nullptr;
     CRecentFileList* m_recentFiles = nullptr;
+    CViewWindows* m_views = nullptr;
 
     QString m_currentPath;
     QString m_currentTitle;

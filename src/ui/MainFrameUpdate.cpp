@@ -11,6 +11,7 @@
 #include "ui/ProgramInfo.h"
 #include "ui/StatusPanes.h"
 #include "ui/TreePane.h"
+#include "ui/views/ViewWindows.h"
 
 #include <QAction>
 #include <QApplication>
@@ -37,6 +38,8 @@ UiState CMainFrame::GatherState() const
     state.hasSelection = m_activePane == Pane::List   ? m_list->HasSelection()
                          : m_activePane == Pane::Tree ? m_tree->HasSelection()
                                                       : false;
+    state.pianoRollTarget = m_views->PianoRollTarget().has_value();
+    state.songViewTarget = m_views->SongViewTarget().has_value();
     state.inputOpen = m_ports.IsInputOpen();
     state.outputOpen = m_ports.IsOutputOpen();
     if (m_activePane == Pane::Tree && m_tree->IsEditingLabel()) {

@@ -7,7 +7,6 @@
 #include <QIcon>
 #include <QLabel>
 #include <QStatusBar>
-#include <QStyle>
 
 namespace tarvix {
 
@@ -32,6 +31,8 @@ CStatusPanes::CStatusPanes(QStatusBar& statusBar) : QObject(&statusBar)
     statusBar.addPermanentWidget(m_output);
     m_input->installEventFilter(this);
     m_output->installEventFilter(this);
+    m_input->hide();
+    m_output->hide();
     UpdateWidths();
 }
 
@@ -46,6 +47,7 @@ QWidget* CStatusPanes::MakePane(QStatusBar& statusBar, const char* name, QLabel*
     icon->setFixedSize(kIconSize, kIconSize);
     icon->hide();
     text = new QLabel(pane);
+    text->setObjectName(QString::fromLatin1(name) + QStringLiteral("Text"));
     layout->addWidget(icon);
     layout->addWidget(text, 1);
     return pane;
@@ -53,7 +55,12 @@ QWidget* CStatusPanes::MakePane(QStatusBar& statusBar, const char* name, QLabel*
 
 void CStatusPanes::ShowMemory(std::uint32_t usedBytes)
 {
-    m_memoryText->setText(QString::fromStdString(GetMemoryText(usedBytes)));
+    const QString text = QString::fromStdString(GetMemoryText(usedBytes));
+    if (text != m_memoryText->text()) {
+        m_memoryText->setText(text);
+        m_memory->setToolTip(text);
+        UpdateWidths();
+    }
     ShowIcon(*m_memoryIcon, ":/icons/warning.svg", ExceedsCapacity(usedBytes));
 }
 
@@ -61,16 +68,20 @@ void CStatusPanes::ShowPorts(const QString& inputName, const QString& outputName
 {
     m_inputText->setText(inputName);
     ShowIcon(*m_inputIcon, ":/icons/midi-in.svg", !inputName.isEmpty());
+    m_input->setVisible(!inputName.isEmpty());
+    m_input->setToolTip(inputName);
     m_outputText->setText(outputName);
     ShowIcon(*m_outputIcon, ":/icons/midi-out.svg", !outputName.isEmpty());
+    m_output->setVisible(!outputName.isEmpty());
+    m_output->setToolTip(outputName);
 }
 
 void CStatusPanes::UpdateWidths()
 {
-    const int button = m_input->style()->pixelMetric(QStyle::PM_TitleBarButtonSize);
-    const int width = 10 * (button > 0 ? button : kIconSize);
-    m_input->setFixedWidth(width);
-    m_output->setFixedWidth(width);
+    // Room for the icon too, which comes and goes with the warning.
+    m_memoryText->setMinimumWidth(
+        m_memoryText->fontMetrics().horizontalAdvance(m_memoryText->text()) + 2);
+    m_memory->setMinimumWidth(m_memoryText->minimumWidth() + kIconSize + 12);
 }
 
 QString CStatusPanes::MemoryText() const { return m_memoryText->text(); }

@@ -9,8 +9,10 @@ class QWidget;
 namespace tarvix {
 
 // The status bar's three panes: the memory text with the over-capacity
-// icon, and the open MIDI input and output ports. A double-click on a port
-// pane is announced.
+// icon, and the open MIDI input and output ports. The memory text is never
+// cut (it is also the pane's tooltip); a port pane is as wide as its port's
+// name and absent while the port is closed. A double-click on a port pane
+// is announced.
 class CStatusPanes : public QObject {
     Q_OBJECT
 public:
@@ -20,13 +22,15 @@ public:
     void ShowMemory(std::uint32_t usedBytes);
     // An empty name shows the pane empty: the port is closed.
     void ShowPorts(const QString& inputName, const QString& outputName);
-    // The port panes are ten caption buttons wide, however the style sizes them.
+    // The memory pane claims the width of its whole text, the port panes
+    // what their names need.
     void UpdateWidths();
 
     QString MemoryText() const;
     bool IsWarningShown() const;
     QString InputText() const;
     QString OutputText() const;
+    QWidget* MemoryPane() const { return m_memory; }
     QWidget* InputPane() const { return m_input; }
     QWidget* OutputPane() const { return m_output; }
 

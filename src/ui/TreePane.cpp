@@ -1,5 +1,6 @@
 #include "ui/TreePane.h"
 
+#include "ui/DeviceNameValidator.h"
 #include "ui/NavigationModel.h"
 #include "ui/PendingCommands.h"
 #include "ui/ViewContext.h"
@@ -7,8 +8,27 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QStyledItemDelegate>
 
 namespace tarvix {
+
+namespace {
+// The in-place name field keeps to what the device can show.
+class CNameDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override
+    {
+        QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
+        if (auto* field = qobject_cast<QLineEdit*>(editor))
+            ApplyDeviceNameRules(*field);
+        return editor;
+    }
+};
+} // namespace
 
 CTreePane::CTreePane(ViewContext& context, CPendingCommands& pending, QWidget* parent)
     : QTreeView(parent), m_context(context), m_pending(pending),
@@ -18,6 +38,7 @@ CTreePane::CTreePane(ViewContext& context, CPendingCommands& pending, QWidget* p
     setModel(m_model);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::EditKeyPressed);
+    setItemDelegate(new CNameDelegate(this));
     setUniformRowHeights(true);
     setTabKeyNavigation(false);
     header()->setStretchLastSection(true);
@@ -81,6 +102,12 @@ void CTreePane::keyPressEvent(QKeyEvent* event)
     if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         && event->modifiers() == Qt::NoModifier && !m_editingLabel) {
         emit switchPaneRequested(Pane::List);
+        return;
+    }
+    // The keyboard's other way to the context menu (the Menu key arrives as
+    // a context menu event of its own).
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier && !m_editingLabel) {
+        emit contextMenuRequested(Pane::Tree, KeyboardMenuPosition());
         return;
     }
     QTreeView::keyPressEvent(event);

@@ -77,5 +77,16 @@ TEST(TrackListingTest, LineEndsDifferOnlyInTheCarriageReturn)
     EXPECT_EQ(std::count(lf.begin(), lf.end(), '\n'), 2 + 7);
 }
 
+// A line on its own (a tooltip) names its time even when the listing
+// leaves it to the line above.
+TEST(TrackListingTest, OneEventLineAlwaysShowsItsTime)
+{
+    EXPECT_EQ(ListEventLine(*Note(0x0060, 0x3C, 0x0060, 0, 0x64)), "0060 00 NOTE 3C 64 0060  C3");
+    EXPECT_EQ(ListEventLine(*Untimed(Make<CMmt8ControlEvent>(0x60, 0, 7, 0x64))),
+              "0060 00 CTRL 07 64       Volume");
+    EXPECT_EQ(ListEventLine(*Untimed(Make<CMmt8SysexEvent>(0x1234, 0x7E, 0x7F, 0x09))),
+              "1234    SYSX 7E 7F 09");
+}
+
 } // namespace
 } // namespace tarvix::test

@@ -30,6 +30,12 @@ std::string FindJackd()
 }
 
 constexpr int kNames = 8;
+// The server waits up to ten times this for a late client before it
+// moves on: longer than the stalls of a loaded machine, short enough
+// that a client killed in its callback (the tests kill the simulated
+// device mid-transfer) holds the server only briefly each cycle until
+// jackd has removed it.
+constexpr const char* kClientTimeoutMs = "200";
 constexpr auto kSettleTime = std::chrono::milliseconds(100);
 // jackd unregisters itself on SIGTERM; killed, it would keep its place.
 constexpr auto kStopGrace = std::chrono::seconds(15);
@@ -90,7 +96,18 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
     options.inputPipe = false;
     options.deathSignal = SIGTERM;
     m_jackd = std::make_unique<Process>();
-    if (!m_jackd->Start({jackd, "--no-realtime", "-n", name, "-d", "dummy"}, options)) {
+    // Synchronous (-S), with a client allowed ten times kClientTimeoutMs to
+    // finish its period (-t). By default jackd2 gives a client two periods
+    // (about 43 ms) and does not wait for it at all: when the next cycle
+    // starts with the graph unfinished it re-arms the graph and runs the
+    // clients again while the late one is still in its callback. A client
+    // reading a connected port then reads the buffer the late writer is
+    // clearing and refilling, and MIDI events vanish or come out mixed: on a
+    // loaded test machine, where no client runs in real time, that happens
+    // at random. In sync mode a late client only makes the period longer.
+    if (!m_jackd->Start(
+            {jackd, "--no-realtime", "-S", "-t", kClientTimeoutMs, "-n", name, "-d", "dummy"},
+            options)) {
         error = "cannot start jackd";
         return false;
     }

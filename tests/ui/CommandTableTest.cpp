@@ -47,11 +47,14 @@ TEST_F(CommandTableTest, ThePromisedKeysTriggerTheirCommands)
         {"editCopy", Keys({Qt::CTRL | Qt::Key_C, Qt::CTRL | Qt::Key_Insert})},
         {"editPaste", Keys({Qt::CTRL | Qt::Key_V, Qt::SHIFT | Qt::Key_Insert})},
         {"editSelectAll", Keys({Qt::CTRL | Qt::Key_A})},
-        {"editIncrement", Keys({Qt::KeypadModifier | Qt::Key_Plus})},
-        {"editDecrement", Keys({Qt::KeypadModifier | Qt::Key_Minus})},
+        // The plain keys too: X11 matches keypad keys without their mark.
+        {"editIncrement", Keys({Qt::KeypadModifier | Qt::Key_Plus, Qt::Key_Plus})},
+        {"editDecrement", Keys({Qt::KeypadModifier | Qt::Key_Minus, Qt::Key_Minus})},
         {"editInsertStep", Keys({Qt::Key_Insert})},
         {"editDelete", Keys({Qt::Key_Delete})},
         {"editRename", Keys({Qt::Key_F2})},
+        {"viewPianoRoll", Keys({Qt::CTRL | Qt::Key_P})},
+        {"viewSongArrangement", Keys({Qt::CTRL | Qt::Key_G})},
     };
     for (const auto& [name, keys] : promised) {
         QAction* action = FindAction(name);

@@ -5,6 +5,7 @@
 #include "framework/MessageBox.h"
 #include "framework/RecentFileList.h"
 #include "model/SysexDump.h"
+#include "ui/AboutDialog.h"
 #include "ui/ListModel.h"
 #include "ui/ListPane.h"
 #include "version/Version.h"
@@ -213,7 +214,17 @@ TEST_F(FileCommandsTest, CommandLineOpensEveryFileInOrder)
     EXPECT_EQ(Memory().Part(3).name, "");
 }
 
-TEST_F(FileCommandsTest, AboutShowsVersionBuildAndCopyright)
+TEST(AboutDialogTest, LinksOnlyWhereTheyLeadSomewhere)
+{
+    EXPECT_TRUE(LeadsSomewhere(QUrl(QStringLiteral("https://github.com/quillon/tarvix"))));
+    EXPECT_TRUE(LeadsSomewhere(QUrl(QStringLiteral("mailto:tarvix@quillon.org"))));
+    EXPECT_FALSE(LeadsSomewhere(QUrl(QStringLiteral("https://quillon.example/tarvix"))));
+    EXPECT_FALSE(LeadsSomewhere(QUrl(QStringLiteral("mailto:tarvix@quillon.example"))));
+    EXPECT_FALSE(LeadsSomewhere(QUrl(QStringLiteral("http://shop.invalid/"))));
+    EXPECT_FALSE(LeadsSomewhere(QUrl()));
+}
+
+TEST_F(FileCommandsTest, AboutShowsIconVersionBuildAndCopyright)
 {
     Start();
     QString version;
@@ -221,8 +232,11 @@ TEST_F(FileCommandsTest, AboutShowsVersionBuildAndCopyright)
     CDialogRunner::SetNextResponder([&](QDialog& dialog) {
         version = dialog.findChild<QLabel*>(QStringLiteral("versionText"))->text();
         copyright = dialog.findChild<QLabel*>(QStringLiteral("copyrightText"))->text();
-        EXPECT_NE(dialog.findChild<QLabel*>(QStringLiteral("webLink")), nullptr);
-        EXPECT_NE(dialog.findChild<QLabel*>(QStringLiteral("mailLink")), nullptr);
+        const QLabel* icon = dialog.findChild<QLabel*>(QStringLiteral("programIcon"));
+        EXPECT_TRUE(icon != nullptr && !icon->pixmap().isNull());
+        // The maker's addresses are placeholders that lead nowhere: no links.
+        EXPECT_EQ(dialog.findChild<QLabel*>(QStringLiteral("webLink")), nullptr);
+        EXPECT_EQ(dialog.findChild<QLabel*>(QStringLiteral("mailLink")), nullptr);
         return int(QDialog::Accepted);
     });
     TriggerAction("helpAbout");

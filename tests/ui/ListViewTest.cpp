@@ -10,6 +10,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
+
 namespace tarvix::testing {
 namespace {
 
@@ -189,10 +191,10 @@ TEST_F(ListViewTest, ContextMenusFollowTheNodeKind)
         QStringList texts;
     };
     const std::vector<Case> cases = {
-        {{NodeKind::AllParts, 0}, "P2_PartList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "A&ssign...", "&Beats..."}},
-        {{NodeKind::Part, 3}, "P2_TrackList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "C&hannel..."}},
-        {{NodeKind::AllSongs, 0}, "P2_SongList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "&Tempo..."}},
-        {{NodeKind::Song, 7}, "P2_StepList", {"&Copy", "&Paste", "Select &all", "I&ncrement", "D&ecrement", "&Insert", "&Delete", "I&mport...", "E&xport..."}},
+        {{NodeKind::AllParts, 0}, "P2_PartList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "A&ssign...", "&Beats...", "Pian&o roll"}},
+        {{NodeKind::Part, 3}, "P2_TrackList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "C&hannel...", "Pian&o roll"}},
+        {{NodeKind::AllSongs, 0}, "P2_SongList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "&Tempo...", "Son&g arrangement"}},
+        {{NodeKind::Song, 7}, "P2_StepList", {"&Copy", "&Paste", "Select &all", "I&ncrement", "D&ecrement", "&Insert", "&Delete", "I&mport...", "E&xport...", "Pian&o roll", "Son&g arrangement"}},
     };
     for (const Case& c : cases) {
         ShowInList(c.node, 0);
@@ -208,7 +210,12 @@ TEST_F(ListViewTest, ContextMenusFollowTheNodeKind)
     // An item runs its command in the list.
     ShowInList({NodeKind::AllParts, 0}, 4);
     const std::unique_ptr<QMenu> menu = Frame().BuildContextMenu(Pane::List);
-    menu->actions().last()->trigger();
+    const QList<QAction*> items = menu->actions();
+    const auto beats = std::find_if(items.begin(), items.end(), [](QAction* action) {
+        return action->text() == QStringLiteral("&Beats...");
+    });
+    ASSERT_NE(beats, items.end());
+    (*beats)->trigger();
     EXPECT_EQ(m_commands->log.last(), QStringLiteral("33023 list node 1.0 rows 4"));
 }
 

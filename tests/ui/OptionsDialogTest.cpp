@@ -288,6 +288,9 @@ TEST_F(OptionsDialogTest, ApplyWritesTheSettingsAndReopensThePorts)
         Type(*Number(sheet, CMidiPage::kOutBufNumberId), "4");
         Type(*Number(sheet, CMidiPage::kOutSyxDelayId), "5");
         Type(*Number(sheet, CMidiPage::kOutBufDelayId), "0");
+        // Apply has an access key of its own.
+        EXPECT_EQ(sheet.ApplyButton()->text(), QStringLiteral("&Apply"));
+        EXPECT_EQ(sheet.ApplyButton()->shortcut(), QKeySequence(Qt::ALT | Qt::Key_A));
         sheet.ApplyButton()->click();
 
         EXPECT_FALSE(sheet.ApplyButton()->isEnabled());

@@ -3,6 +3,7 @@
 #include "framework/FileDialog.h"
 #include "framework/MessageBox.h"
 #include "framework/RecentFileList.h"
+#include "framework/WindowPlacement.h"
 #include "settings/SettingsKey.h"
 
 #include <QAction>
@@ -135,6 +136,39 @@ TEST_F(RecentFilesTest, SplitterPositionIsRestored)
     Key().WriteBinaryValue("SplitterPosition", position);
     Start();
     EXPECT_EQ(Frame().Splitter().sizes().value(0), 200);
+}
+
+// Five little-endian values: maximized, x, y, width, height.
+std::array<std::uint8_t, 20> Placement(int x, int y, int width, int height)
+{
+    std::array<std::uint8_t, 20> record{};
+    const int values[] = {0, x, y, width, height};
+    for (std::size_t slot = 0; slot < 5; ++slot)
+        for (std::size_t i = 0; i < 4; ++i)
+            record[slot * 4 + i] =
+                static_cast<std::uint8_t>(static_cast<std::uint32_t>(values[slot]) >> (8 * i));
+    return record;
+}
+
+TEST_F(RecentFilesTest, PlacementIsRestoredOnlyWithTheWholeTitleBarOnAScreen)
+{
+    Key().WriteBinaryValue("MainFramePlacement", Placement(60, 80, 500, 400));
+    Start();
+    EXPECT_EQ(Frame().geometry(), QRect(60, 80, 500, 400));
+    Stop();
+    // Half of the title bar off the left edge: the size stays, the place
+    // is the system's.
+    Key().WriteBinaryValue("MainFramePlacement", Placement(-250, 80, 500, 400));
+    Start();
+    EXPECT_EQ(Frame().size(), QSize(500, 400));
+    EXPECT_NE(Frame().pos().x(), -250);
+    Stop();
+    // The inside on the screen but the title bar above its top.
+    Key().WriteBinaryValue("MainFramePlacement", Placement(60, 0, 500, 400));
+    Start();
+    EXPECT_EQ(Frame().size(), QSize(500, 400));
+    EXPECT_FALSE(IsTitleBarOnScreen(Frame(), QRect(60, 0, 500, 400)));
+    EXPECT_TRUE(IsTitleBarOnScreen(Frame(), QRect(60, 80, 500, 400)));
 }
 
 TEST_F(RecentFilesTest, LastFileOpensAtStartInsteadOfReceive)

@@ -3,6 +3,7 @@
 #include "ui/StatusPanes.h"
 
 #include <QCoreApplication>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QStatusBar>
 
@@ -63,6 +64,40 @@ TEST_F(StatusBarTest, PortPanesNameTheOpenPortsAndOpenTheirOptions)
     EXPECT_EQ(m_commands->log, (QStringList{"Options 1 2711", "Options 1 2721"}));
     // Refreshed after the dialog.
     EXPECT_EQ(Frame().StatusPanes().OutputText(), QStringLiteral("USB MIDI Out"));
+}
+
+// At the window's first size, with both ports open and the longest text.
+TEST_F(StatusBarTest, MemoryTextIsNeverCutAndClosedPortsTakeNoRoom)
+{
+    Start();
+    QStatusBar& bar = *Frame().statusBar();
+    EXPECT_FALSE(Frame().StatusPanes().InputPane()->isVisible());
+    EXPECT_FALSE(Frame().StatusPanes().OutputPane()->isVisible());
+
+    for (int i = 0; i < 10000; ++i) {
+        auto control = std::make_unique<CMmt8ControlEvent>();
+        control->time = static_cast<std::uint16_t>(i);
+        control->timed = 1;
+        Memory().Part(0).tracks[0].events.push_back(std::move(control));
+    }
+    Memory().SetPartBeats(0, 682);
+    ASSERT_GT(Memory().GetMemorySize(), 64256u);
+    m_ports->inputName = QStringLiteral("USB MIDI Interface MIDI 1 In");
+    m_ports->outputName = QStringLiteral("USB MIDI Interface MIDI 1 Out");
+    Frame().UpdateUserInterface();
+    ProcessEvents();
+
+    auto* memory = bar.findChild<QLabel*>(QStringLiteral("memoryPaneText"));
+    ASSERT_NE(memory, nullptr);
+    EXPECT_TRUE(memory->text().startsWith(QStringLiteral("Size ")));
+    EXPECT_GE(memory->width(), memory->fontMetrics().horizontalAdvance(memory->text()));
+    EXPECT_EQ(Frame().StatusPanes().MemoryPane()->toolTip(), memory->text());
+    for (const char* name : {"inputPaneText", "outputPaneText"}) {
+        auto* port = bar.findChild<QLabel*>(QString::fromLatin1(name));
+        ASSERT_NE(port, nullptr);
+        EXPECT_TRUE(port->isVisible()) << name;
+        EXPECT_GE(port->width(), port->fontMetrics().horizontalAdvance(port->text())) << name;
+    }
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "ui/edit/AssignPartsDialog.h"
 
 #include "model/Mmt8Memory.h"
+#include "ui/DeviceNameValidator.h"
 #include "ui/edit/DialogParts.h"
 
 #include <QDialogButtonBox>
@@ -26,7 +27,7 @@ CAssignPartsDialog::CAssignPartsDialog(const CMmt8Memory& memory, QWidget* paren
         m_songs->addItem(NumberedName(song, memory.Song(song).name));
     m_songs->setCurrentRow(0);
     m_name->setObjectName(QStringLiteral("songNameEdit"));
-    m_name->setMaxLength(static_cast<int>(kMaxNameLength));
+    ApplyDeviceNameRules(*m_name);
 
     auto* songLabel = new QLabel(QStringLiteral("Select target song:"), this);
     songLabel->setBuddy(m_songs);

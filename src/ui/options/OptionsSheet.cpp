@@ -41,6 +41,8 @@ COptionsSheet::COptionsSheet(QWidget* owner, CSettings& settings, IMidiPorts& po
     m_ok = buttons->button(QDialogButtonBox::Ok);
     m_cancel = buttons->button(QDialogButtonBox::Cancel);
     m_apply = buttons->button(QDialogButtonBox::Apply);
+    // The style gives Apply no access key of its own.
+    m_apply->setText(tr("&Apply"));
     m_apply->setEnabled(false);
     connect(m_ok, &QPushButton::clicked, this, &COptionsSheet::OnOk);
     connect(m_cancel, &QPushButton::clicked, this, &QDialog::reject);
