@@ -54,7 +54,9 @@ wait_for() {
 # A server under the first free name of a small set, as the tests do.
 for number in 1 2 3 4 5 6 7 8; do
     export JACK_DEFAULT_SERVER="tarvix-bench-$number"
-    jackd --no-realtime -n "$JACK_DEFAULT_SERVER" -d dummy >"$work/jackd.log" 2>&1 &
+    # Synchronous, as the tests run it: an asynchronous server re-runs the graph
+    # while a late client is still writing, and the reader sees bytes vanish.
+    jackd --no-realtime -S -t 200 -n "$JACK_DEFAULT_SERVER" -d dummy >"$work/jackd.log" 2>&1 &
     jackd_pid=$!
     for ((i = 0; i < 100; ++i)); do
         kill -0 "$jackd_pid" 2>/dev/null || break

@@ -68,7 +68,7 @@ PYTHON
 bytes=$(stat -c %s "$work/device.syx")
 
 export JACK_DEFAULT_SERVER="tarvix-screenshot-$$"
-jackd --no-realtime -n "$JACK_DEFAULT_SERVER" -d dummy >"$work/jackd.log" 2>&1 &
+jackd --no-realtime -S -t 200 -n "$JACK_DEFAULT_SERVER" -d dummy >"$work/jackd.log" 2>&1 &
 started+=($!)
 wait_for 20 jack_lsp
 

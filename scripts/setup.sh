@@ -6,6 +6,7 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++            # the build
     clang-14 libclang-rt-14-dev      # sanitizers and libFuzzer
+    clang-format-14                  # scripts/check-format.sh
     libgtest-dev libgmock-dev        # unit tests
     libbenchmark-dev                 # bench/
     qt6-base-dev                     # QtCore settings store (and later the editor)

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Sets up, builds from nothing and runs every test: the unit and end-to-end
-# tests, the ALSA tests in a small VM with a real kernel sequencer, the same
-# without the editor (no Qt Widgets), the Windows cross-build's tests under
-# wine, the tests under AddressSanitizer and
+# Sets up, checks the formatting, builds from nothing (warnings are errors)
+# and runs every test: the unit and end-to-end tests, the ALSA tests in a
+# small VM with a real kernel sequencer, the same without the editor (no Qt
+# Widgets), the Windows cross-build's tests under wine, the tests under
+# AddressSanitizer and
 # UndefinedBehaviorSanitizer, the threaded transport tests under
 # ThreadSanitizer, each fuzz target for a bounded time (FUZZ_SECONDS,
 # default 60), and the Debian package, installed and run.
@@ -10,6 +11,9 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh
+
+echo "== format"
+scripts/check-format.sh
 
 echo "== build and test (default)"
 cmake --preset default
