@@ -111,9 +111,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         CheckWholeRecord<CMmt8Song>(
             bytes, [](CMmt8Memory& memory, const CMmt8Song& song) { memory.Song(0) = song; });
         break;
-    case fuzzing::RecordKind::Step:
-        CheckStep(selector, data[1], bytes);
-        break;
+    case fuzzing::RecordKind::Step: CheckStep(selector, data[1], bytes); break;
     }
     return 0;
 }

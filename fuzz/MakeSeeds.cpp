@@ -106,12 +106,11 @@ void WriteSteps(SeedWriter& seeds, CMmt8Song song, const std::string& name)
         for (const std::uint8_t index : {std::uint8_t{0}, std::uint8_t{200}}) {
             CStream stream;
             Persist(song, 0, stream);
-            seeds.Write("records",
-                        name + "-step-" + std::to_string(choice) + "-" + std::to_string(index) +
-                            ".rec",
-                        RecordInput({fuzzing::MakeSelector(fuzzing::RecordKind::Step, choice),
-                                     index},
-                                    stream));
+            seeds.Write(
+                "records",
+                name + "-step-" + std::to_string(choice) + "-" + std::to_string(index) + ".rec",
+                RecordInput({fuzzing::MakeSelector(fuzzing::RecordKind::Step, choice), index},
+                            stream));
         }
     }
 }
@@ -286,9 +285,11 @@ void WriteMidiSeeds(SeedWriter& seeds)
     file.header.format = 1;
     CMidiTrack& conductor = *file.tracks.front();
     const std::vector<std::pair<std::uint8_t, std::vector<std::uint8_t>>> metas = {
-        {0x00, {0, 1}}, {0x01, {'a', 0, 'b'}}, {0x03, {'N'}}, {0x20, {9}}, {0x21, {1}},
-        {0x54, {1, 2, 3, 4, 5}}, {0x58, {6, 3, 24, 8}}, {0x59, {0xFE, 1}}, {0x7F, {0x41, 1}},
-        {0x60, {}}};
+        {0x00, {0, 1}},        {0x01, {'a', 0, 'b'}},
+        {0x03, {'N'}},         {0x20, {9}},
+        {0x21, {1}},           {0x54, {1, 2, 3, 4, 5}},
+        {0x58, {6, 3, 24, 8}}, {0x59, {0xFE, 1}},
+        {0x7F, {0x41, 1}},     {0x60, {}}};
     for (const auto& [type, data] : metas)
         AddMeta(conductor, 0, type, data);
     CMidiTrack& voices = AddTrack(file);

@@ -114,7 +114,8 @@ int RunCli(std::span<const std::string> words, const CliOutput& output)
     for (const auto& command : AllCommands())
         if (words[0] == command->Name())
             return ParseAndRun(*command, words.subspan(1), output);
-    std::fprintf(output.err, "tarvix-cli: unknown command '%s'\nRun 'tarvix-cli --help' for the list.\n",
+    std::fprintf(output.err,
+                 "tarvix-cli: unknown command '%s'\nRun 'tarvix-cli --help' for the list.\n",
                  words[0].c_str());
     return kExitUsage;
 }

@@ -42,6 +42,9 @@ void CDialogRunner::SetUnattendedResponder(Responder responder)
     TheScript().unattended = std::move(responder);
 }
 
-void CDialogRunner::ResetScript() { TheScript() = Script{}; }
+void CDialogRunner::ResetScript()
+{
+    TheScript() = Script{};
+}
 
 } // namespace tarvix

@@ -54,9 +54,21 @@ QString CFileDialog::GetSaveFileName(QWidget* parent, const FileDialogRequest& r
     return Run(parent, request, QFileDialog::AcceptSave);
 }
 
-void CFileDialog::SetNextFileName(const QString& path) { TheScript().names.push_back(path); }
-void CFileDialog::SetUnattended(bool unattended) { TheScript().unattended = unattended; }
-FileDialogRequest CFileDialog::LastRequest() { return TheScript().last; }
-void CFileDialog::ResetScript() { TheScript() = Script{}; }
+void CFileDialog::SetNextFileName(const QString& path)
+{
+    TheScript().names.push_back(path);
+}
+void CFileDialog::SetUnattended(bool unattended)
+{
+    TheScript().unattended = unattended;
+}
+FileDialogRequest CFileDialog::LastRequest()
+{
+    return TheScript().last;
+}
+void CFileDialog::ResetScript()
+{
+    TheScript() = Script{};
+}
 
 } // namespace tarvix

@@ -33,7 +33,8 @@ CMessageBox::Button CMessageBox::Report(QWidget* parent, const QString& text,
         shownText.chop(1);
     if (icon == QMessageBox::NoIcon)
         icon = caption.isEmpty() ? QMessageBox::Critical : QMessageBox::Warning;
-    const QString shownCaption = caption.isEmpty() ? QApplication::applicationDisplayName() : caption;
+    const QString shownCaption =
+        caption.isEmpty() ? QApplication::applicationDisplayName() : caption;
 
     Script& script = TheScript();
     script.lastText = shownText;
@@ -55,13 +56,37 @@ CMessageBox::Button CMessageBox::Report(QWidget* parent, const QString& text,
     return static_cast<Button>(box.exec());
 }
 
-void CMessageBox::SetNextAnswer(Button answer) { TheScript().answers.push_back(answer); }
-void CMessageBox::SetUnattendedAnswer(Button answer) { TheScript().unattended = answer; }
-QString CMessageBox::LastText() { return TheScript().lastText; }
-QString CMessageBox::LastCaption() { return TheScript().lastCaption; }
-QMessageBox::Icon CMessageBox::LastIcon() { return TheScript().lastIcon; }
-CMessageBox::Button CMessageBox::LastDefaultButton() { return TheScript().lastDefault; }
-int CMessageBox::ShownCount() { return TheScript().shown; }
-void CMessageBox::ResetScript() { TheScript() = Script{}; }
+void CMessageBox::SetNextAnswer(Button answer)
+{
+    TheScript().answers.push_back(answer);
+}
+void CMessageBox::SetUnattendedAnswer(Button answer)
+{
+    TheScript().unattended = answer;
+}
+QString CMessageBox::LastText()
+{
+    return TheScript().lastText;
+}
+QString CMessageBox::LastCaption()
+{
+    return TheScript().lastCaption;
+}
+QMessageBox::Icon CMessageBox::LastIcon()
+{
+    return TheScript().lastIcon;
+}
+CMessageBox::Button CMessageBox::LastDefaultButton()
+{
+    return TheScript().lastDefault;
+}
+int CMessageBox::ShownCount()
+{
+    return TheScript().shown;
+}
+void CMessageBox::ResetScript()
+{
+    TheScript() = Script{};
+}
 
 } // namespace tarvix

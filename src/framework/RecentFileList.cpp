@@ -7,7 +7,10 @@
 namespace tarvix {
 
 namespace {
-QString DocumentName(int number) { return QStringLiteral("Document%1").arg(number); }
+QString DocumentName(int number)
+{
+    return QStringLiteral("Document%1").arg(number);
+}
 const QString kCountName = QStringLiteral("DocumentCount");
 } // namespace
 
@@ -31,8 +34,8 @@ void CRecentFileList::Read(IValueStore& store, const QString& subKey)
     m_entries.clear();
     for (int number = 1; number <= m_maxEntries; ++number) {
         QString path;
-        if (store.ReadString(subKey, DocumentName(number), path) && !path.isEmpty()
-            && IndexOf(path) < 0)
+        if (store.ReadString(subKey, DocumentName(number), path) && !path.isEmpty() &&
+            IndexOf(path) < 0)
             m_entries.append(path);
     }
     UpdateMenu();
@@ -107,7 +110,8 @@ void CRecentFileList::UpdateMenu()
         action->setStatusTip(m_prompt);
         const int commandId = m_firstCommandId + i;
         action->setData(commandId);
-        connect(action, &QAction::triggered, this, [this, commandId] { emit entryChosen(commandId); });
+        connect(action, &QAction::triggered, this,
+                [this, commandId] { emit entryChosen(commandId); });
     }
 }
 

@@ -14,8 +14,8 @@ constexpr QSize kInitialSize(640, 480);
 constexpr qsizetype kCutMargin = 100;
 } // namespace
 
-CTextReportDialog::CTextReportDialog(const QString& title, const QString& text,
-                                     const QFont& font, QWidget* parent, qsizetype capacity)
+CTextReportDialog::CTextReportDialog(const QString& title, const QString& text, const QFont& font,
+                                     QWidget* parent, qsizetype capacity)
     : QDialog(parent), m_field(new QPlainTextEdit(this))
 {
     setObjectName(QStringLiteral("textReportDialog"));
@@ -59,8 +59,8 @@ QString CTextReportDialog::FitText(const QString& text, qsizetype capacity)
     const qsizetype accepted = std::min(text.size() + 1, std::max<qsizetype>(capacity, 0));
     if (accepted >= text.size())
         return text;
-    return text.left(std::max<qsizetype>(accepted - kCutMargin, 0))
-           + QString::fromLatin1(kTooLongText);
+    return text.left(std::max<qsizetype>(accepted - kCutMargin, 0)) +
+           QString::fromLatin1(kTooLongText);
 }
 
 } // namespace tarvix

@@ -18,9 +18,15 @@ void CUpDownEdit::SetRange(int minimum, int maximum)
     updateGeometry();
 }
 
-void CUpDownEdit::SetValue(int value) { SetText(QString::number(value)); }
+void CUpDownEdit::SetValue(int value)
+{
+    SetText(QString::number(value));
+}
 
-void CUpDownEdit::SetText(const QString& text) { lineEdit()->setText(text); }
+void CUpDownEdit::SetText(const QString& text)
+{
+    lineEdit()->setText(text);
+}
 
 std::optional<int> CUpDownEdit::Value() const
 {
@@ -39,7 +45,10 @@ std::optional<int> CUpDownEdit::ValueInRange() const
     return value;
 }
 
-QString CUpDownEdit::SelectedText() const { return lineEdit()->selectedText(); }
+QString CUpDownEdit::SelectedText() const
+{
+    return lineEdit()->selectedText();
+}
 
 void CUpDownEdit::SelectForCorrection()
 {
@@ -68,7 +77,10 @@ QSize CUpDownEdit::sizeHint() const
     return size;
 }
 
-QValidator::State CUpDownEdit::validate(QString&, int&) const { return QValidator::Acceptable; }
+QValidator::State CUpDownEdit::validate(QString&, int&) const
+{
+    return QValidator::Acceptable;
+}
 
 QAbstractSpinBox::StepEnabled CUpDownEdit::stepEnabled() const
 {

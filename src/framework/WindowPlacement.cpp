@@ -29,8 +29,8 @@ int Get(const WindowPlacement& record, std::size_t slot)
 
 WindowPlacement SaveWindowPlacement(const QWidget& window)
 {
-    const QRect normal = window.normalGeometry().isValid() ? window.normalGeometry()
-                                                           : window.geometry();
+    const QRect normal =
+        window.normalGeometry().isValid() ? window.normalGeometry() : window.geometry();
     WindowPlacement record{};
     Put(record, 0, window.isMaximized() ? 1 : 0);
     Put(record, 1, normal.x());
@@ -55,8 +55,8 @@ bool IsTitleBarOnScreen(const QWidget& window, const QRect& normal)
 void RestoreWindowPlacement(QWidget& window, const WindowPlacement& placement)
 {
     const QRect normal(Get(placement, 1), Get(placement, 2), Get(placement, 3), Get(placement, 4));
-    if (normal.width() <= 0 || normal.height() <= 0 || normal.width() > 100000
-        || normal.height() > 100000)
+    if (normal.width() <= 0 || normal.height() <= 0 || normal.width() > 100000 ||
+        normal.height() > 100000)
         return;
     if (IsTitleBarOnScreen(window, normal))
         window.setGeometry(normal);

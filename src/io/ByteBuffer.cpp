@@ -14,8 +14,7 @@ constexpr std::uint64_t kMaxBytes = std::numeric_limits<std::uint32_t>::max();
 } // namespace
 
 CByteBuffer::CByteBuffer(CByteBuffer&& other) noexcept
-    : m_data(std::move(other.m_data)),
-      m_capacity(std::exchange(other.m_capacity, 0)),
+    : m_data(std::move(other.m_data)), m_capacity(std::exchange(other.m_capacity, 0)),
       m_size(std::exchange(other.m_size, 0))
 {
 }

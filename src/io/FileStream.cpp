@@ -41,8 +41,7 @@ void CFileStream::Close()
     m_fileName.clear();
 }
 
-bool CFileStream::Read(void* buffer, std::uint32_t count, std::string& error,
-                       std::uint32_t* done)
+bool CFileStream::Read(void* buffer, std::uint32_t count, std::string& error, std::uint32_t* done)
 {
     if (count == 0)
         return true;

@@ -20,8 +20,8 @@ std::uint32_t DecodeUInt32(const std::uint8_t* bytes)
 void CheckRange(std::uint64_t offset, std::uint32_t count, std::uint32_t size)
 {
     if (offset + count > size) {
-        throw CStreamException("CStream::CheckBufferOverrun: buffer overrun, cb=" +
-                               std::to_string(count) + "\n");
+        throw CStreamException(
+            "CStream::CheckBufferOverrun: buffer overrun, cb=" + std::to_string(count) + "\n");
     }
 }
 

@@ -23,8 +23,7 @@ void CMidiDumpSink::SetShown(bool channelEvents, bool sysexEvents, bool metaEven
     m_showMetaEvents = metaEvents ? 1 : 0;
 }
 
-void CMidiDumpSink::StreamTo(std::function<void(std::string_view)> output,
-                             std::uint32_t chunkBytes)
+void CMidiDumpSink::StreamTo(std::function<void(std::string_view)> output, std::uint32_t chunkBytes)
 {
     m_output = std::move(output);
     m_chunkBytes = chunkBytes;
@@ -80,7 +79,8 @@ void CMidiDumpSink::HexDumpWithStatus(std::uint8_t status, const std::uint8_t* d
     const std::uint64_t total = std::uint64_t{length} + 1;
     for (std::uint64_t start = 0; start < total; start += kBytesPerLine) {
         std::uint8_t bytes[kBytesPerLine];
-        const auto count = static_cast<std::uint32_t>(std::min<std::uint64_t>(kBytesPerLine, total - start));
+        const auto count =
+            static_cast<std::uint32_t>(std::min<std::uint64_t>(kBytesPerLine, total - start));
         for (std::uint32_t i = 0; i < count; ++i) {
             const std::uint64_t index = start + i;
             bytes[i] = index == 0 ? status : data[index - 1];

@@ -46,12 +46,24 @@ public:
 
     // The MIDI File Dump command shows every kind of event.
     void SetShown(bool channelEvents, bool sysexEvents, bool metaEvents);
-    bool ShowsChannelEvents() const { return m_showChannelEvents != 0; }
-    bool ShowsSysexEvents() const { return m_showSysexEvents != 0; }
-    bool ShowsMetaEvents() const { return m_showMetaEvents != 0; }
+    bool ShowsChannelEvents() const
+    {
+        return m_showChannelEvents != 0;
+    }
+    bool ShowsSysexEvents() const
+    {
+        return m_showSysexEvents != 0;
+    }
+    bool ShowsMetaEvents() const
+    {
+        return m_showMetaEvents != 0;
+    }
 
     // The report, or with StreamTo the part not yet handed over.
-    const CByteBuffer& GetText() const { return m_text; }
+    const CByteBuffer& GetText() const
+    {
+        return m_text;
+    }
     std::string_view GetTextView() const
     {
         return {reinterpret_cast<const char*>(m_text.GetData()), m_text.GetSize()};

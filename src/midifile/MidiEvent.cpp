@@ -156,8 +156,7 @@ std::unique_ptr<CMidiEvent> CloneMidiEvent(const CMidiEvent& event)
         return std::make_unique<CMidiSysexEvent>(static_cast<const CMidiSysexEvent&>(event));
     case CMidiEvent::kMeta:
         return std::make_unique<CMidiMetaEvent>(static_cast<const CMidiMetaEvent&>(event));
-    default:
-        return nullptr;
+    default: return nullptr;
     }
 }
 

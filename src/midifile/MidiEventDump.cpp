@@ -26,12 +26,9 @@ const char* GetValueName(const CMidiChannelEvent& event)
     case 1: // note on
     case 2: // poly aftertouch
         return GetNoteName(event.GetData1());
-    case 3:
-        return GetControllerName(event.GetData1());
-    case 4:
-        return GetProgramName(event.GetData1());
-    default:
-        return "";
+    case 3: return GetControllerName(event.GetData1());
+    case 4: return GetProgramName(event.GetData1());
+    default: return "";
     }
 }
 
@@ -70,8 +67,8 @@ private:
     std::size_t m_size = 0;
 };
 
-const char* const kTextLabels[] = {"Text",       "Copyright", "Name",     "Instrument",
-                                   "Lyric",      "Marker",    "Cue point"};
+const char* const kTextLabels[] = {"Text",  "Copyright", "Name",     "Instrument",
+                                   "Lyric", "Marker",    "Cue point"};
 
 void DumpText(CMidiDumpSink& sink, std::uint8_t type, std::span<const std::uint8_t> data)
 {
@@ -166,21 +163,11 @@ void CMidiMetaEvent::Dump(CMidiDumpSink& sink) const
     case 0x04:
     case 0x05:
     case 0x06:
-    case 0x07:
-        DumpText(sink, m_type, data);
-        break;
-    case 0x20:
-        sink.WriteFormat("MIDI Channel: %d\n", ByteAt(data, 0));
-        break;
-    case 0x21:
-        sink.WriteFormat("MIDI Port: %d\n", ByteAt(data, 0));
-        break;
-    case kTypeEndOfTrack:
-        sink.WriteText("End of track\n");
-        break;
-    case kTypeTempo:
-        DumpTempo(sink, data);
-        break;
+    case 0x07: DumpText(sink, m_type, data); break;
+    case 0x20: sink.WriteFormat("MIDI Channel: %d\n", ByteAt(data, 0)); break;
+    case 0x21: sink.WriteFormat("MIDI Port: %d\n", ByteAt(data, 0)); break;
+    case kTypeEndOfTrack: sink.WriteText("End of track\n"); break;
+    case kTypeTempo: DumpTempo(sink, data); break;
     case 0x54:
         if (none)
             sink.WriteText("SMPTE Offset: <no data>\n");
@@ -205,12 +192,8 @@ void CMidiMetaEvent::Dump(CMidiDumpSink& sink) const
                              GetKeySignatureName(static_cast<std::int8_t>(ByteAt(data, 0))),
                              GetModeName(ByteAt(data, 1)));
         break;
-    case 0x7F:
-        DumpWithHex(sink, "Sequencer specific:", data);
-        break;
-    default:
-        DumpWithHex(sink, "", data);
-        break;
+    case 0x7F: DumpWithHex(sink, "Sequencer specific:", data); break;
+    default: DumpWithHex(sink, "", data); break;
     }
 }
 

@@ -54,8 +54,8 @@ std::vector<std::uint64_t> NoteEnds(const std::vector<PlacedEvent>& events)
             continue;
         const auto& note = static_cast<const CMmt8NoteEvent&>(*placed.event);
         const std::size_t key = Key(placed);
-        const std::uint64_t end = std::min({placed.tick + note.duration, placed.noteLimit,
-                                            nextStart[key]});
+        const std::uint64_t end =
+            std::min({placed.tick + note.duration, placed.noteLimit, nextStart[key]});
         ends[i] = std::max(end, placed.tick);
         nextStart[key] = placed.tick;
     }
@@ -131,8 +131,7 @@ void AddMessage(const PlacedEvent& placed, std::uint64_t noteEnd, CMidiTrackBuil
         builder.AddChannel(tick, rank, Status(kPitchBend, channel), Data(value), Data(value >> 8));
         return;
     }
-    default:
-        return;
+    default: return;
     }
 }
 } // namespace

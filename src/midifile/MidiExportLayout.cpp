@@ -132,8 +132,8 @@ ExportLayout LayOutExport(const CMmt8Memory& memory, const MidiSelection& select
 {
     ExportLayout layout;
     layout.songs = IsSongKind(selection.kind);
-    layout.tracks = selection.kind == Kind::PartTracks ? SelectedTracks(selection.items)
-                                                       : AllTracks();
+    layout.tracks =
+        selection.kind == Kind::PartTracks ? SelectedTracks(selection.items) : AllTracks();
     if (layout.tracks.empty())
         return layout;
     switch (selection.kind) {

@@ -88,9 +88,8 @@ bool CMidiFile::ExplodeType0()
         auto copy = CloneMidiEvent(*event);
         if (!copy)
             continue;
-        CMidiTrack& target = copy->GetKind() == CMidiEvent::kChannel
-                                 ? *channels[event->GetStatus() & 0x0F]
-                                 : *first;
+        CMidiTrack& target =
+            copy->GetKind() == CMidiEvent::kChannel ? *channels[event->GetStatus() & 0x0F] : *first;
         copy->SetDeltaTime(time - target.spare);
         if (copy->GetKind() == CMidiEvent::kMeta &&
             static_cast<const CMidiMetaEvent&>(*copy).GetType() == CMidiMetaEvent::kTypeEndOfTrack)
@@ -130,7 +129,8 @@ std::uint32_t FindTempoBpm(const CMidiFile& file)
         const auto data = meta.GetData();
         if (meta.GetType() != CMidiMetaEvent::kTypeTempo || data.size() < 3)
             continue;
-        const std::uint32_t t = std::uint32_t{data[0]} << 16 | std::uint32_t{data[1]} << 8 | data[2];
+        const std::uint32_t t =
+            std::uint32_t{data[0]} << 16 | std::uint32_t{data[1]} << 8 | data[2];
         return t == 0 ? kDefaultBpm : kMicrosecondsPerMinute / t;
     }
     return kDefaultBpm;

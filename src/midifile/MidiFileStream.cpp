@@ -50,8 +50,8 @@ void CMidiFileStream::Close()
     Reset();
 
     std::string error;
-    if (writeFile && !WriteFileReplacing(path, bytes.data(),
-                                         static_cast<std::uint32_t>(bytes.size()), error))
+    if (writeFile &&
+        !WriteFileReplacing(path, bytes.data(), static_cast<std::uint32_t>(bytes.size()), error))
         throw CMidiFileException(error);
 }
 

@@ -33,7 +33,8 @@ void AppendAfter(CMidiTrack& track, std::uint64_t delta, std::unique_ptr<CMidiEv
 }
 } // namespace
 
-void CMidiTrackBuilder::Add(std::uint64_t tick, std::uint8_t rank, std::unique_ptr<CMidiEvent> event)
+void CMidiTrackBuilder::Add(std::uint64_t tick, std::uint8_t rank,
+                            std::unique_ptr<CMidiEvent> event)
 {
     if (!event)
         return;

@@ -38,6 +38,9 @@ inline constexpr std::uint8_t kSongEndByte = 0xFF;
 inline constexpr std::uint32_t kNameSize = 14;
 inline constexpr std::string_view kEmptySongName = " NO SONG NAME ";
 
-inline constexpr int SlotOfTrack(int track) { return 7 - track; }
+inline constexpr int SlotOfTrack(int track)
+{
+    return 7 - track;
+}
 
 } // namespace tarvix::image

@@ -127,8 +127,8 @@ private:
             trackOffset += GetTrackSize(track);
         }
         m_image.Append(header, sizeof header);
-        const auto endClock =
-            static_cast<std::uint16_t>(std::min<std::uint32_t>(part.beats * kClocksPerBeat, 0xFFFF));
+        const auto endClock = static_cast<std::uint16_t>(
+            std::min<std::uint32_t>(part.beats * kClocksPerBeat, 0xFFFF));
         for (int slot = 0; slot < kTracksPerPart; ++slot)
             EncodeTrack(part.tracks[static_cast<std::size_t>(SlotOfTrack(slot))], m_image,
                         endClock);
@@ -144,9 +144,8 @@ private:
                                    "was written.\n",
                                    index, song.steps.size(), kMaxSteps));
         // A part number of 100 or more would end the step list when loaded.
-        const auto stepAt = std::find_if(song.steps.begin(), song.steps.end(), [](Mmt8Step step) {
-            return step.part >= kStepListEnd;
-        });
+        const auto stepAt = std::find_if(song.steps.begin(), song.steps.end(),
+                                         [](Mmt8Step step) { return step.part >= kStepListEnd; });
         if (stepAt != song.steps.end())
             return Fail(FormatText("Song %02d step %d names part %u, which does not exist; "
                                    "nothing was written.\n",

@@ -6,9 +6,18 @@
 namespace tarvix {
 
 namespace {
-std::string Number(std::uint32_t value) { return FormatText("%u", value); }
-std::string NumberOrEmpty(std::uint32_t value) { return value == 0 ? std::string{} : Number(value); }
-std::string RowLabel(unsigned value) { return FormatText(" %02u", value); }
+std::string Number(std::uint32_t value)
+{
+    return FormatText("%u", value);
+}
+std::string NumberOrEmpty(std::uint32_t value)
+{
+    return value == 0 ? std::string{} : Number(value);
+}
+std::string RowLabel(unsigned value)
+{
+    return FormatText(" %02u", value);
+}
 
 // Names come from dumps and may hold any byte; a control character shown
 // as it is would break a list row (or a TAB-separated line) apart.

@@ -15,11 +15,16 @@ void EncodeBody(CByteBuffer& out, std::uint8_t b0, std::uint8_t b1, std::uint8_t
     out.Append(body, sizeof body);
 }
 
-std::uint8_t Low(unsigned value) { return static_cast<std::uint8_t>(value & 0xFF); }
-std::uint8_t High(unsigned value) { return static_cast<std::uint8_t>((value >> 8) & 0xFF); }
+std::uint8_t Low(unsigned value)
+{
+    return static_cast<std::uint8_t>(value & 0xFF);
+}
+std::uint8_t High(unsigned value)
+{
+    return static_cast<std::uint8_t>((value >> 8) & 0xFF);
+}
 
-template <typename Event>
-std::unique_ptr<CMmt8Event> CloneAs(const CMmt8Event& event)
+template <typename Event> std::unique_ptr<CMmt8Event> CloneAs(const CMmt8Event& event)
 {
     return std::make_unique<Event>(static_cast<const Event&>(event));
 }

@@ -18,11 +18,13 @@ constexpr std::int32_t kAvailableDivisor = 63726;
 constexpr std::uint32_t kPartHeaderSize = 42;
 constexpr std::uint32_t kSongOverhead = 18;
 
-std::size_t Index(int value) { return static_cast<std::size_t>(value); }
+std::size_t Index(int value)
+{
+    return static_cast<std::size_t>(value);
+}
 
 // Clears the item at index, or every item for -1.
-template <typename Items>
-bool ClearOneOrAll(Items& items, int index)
+template <typename Items> bool ClearOneOrAll(Items& items, int index)
 {
     if (index == -1) {
         for (auto& item : items)

@@ -11,7 +11,7 @@ std::string NormalizeName(std::string_view text)
     text = text.substr(0, std::min(text.find('\0'), kMaxNameLength));
     const auto last = text.find_last_not_of(" \t\n\v\f\r");
     return std::string(last == std::string_view::npos ? std::string_view{}
-                                                       : text.substr(0, last + 1));
+                                                      : text.substr(0, last + 1));
 }
 
 } // namespace tarvix

@@ -117,9 +117,13 @@ void EncodeTrack(const CMmt8Track& track, CByteBuffer& out, std::uint16_t endClo
 {
     for (const auto& event : track.events)
         event->Encode(out);
-    const std::uint8_t endMark[kEndMarkSize] = {
-        0x80, static_cast<std::uint8_t>(endClock & 0xFF), static_cast<std::uint8_t>(endClock >> 8),
-        0x00, 0x80, 0x00, 0x00};
+    const std::uint8_t endMark[kEndMarkSize] = {0x80,
+                                                static_cast<std::uint8_t>(endClock & 0xFF),
+                                                static_cast<std::uint8_t>(endClock >> 8),
+                                                0x00,
+                                                0x80,
+                                                0x00,
+                                                0x00};
     out.Append(endMark, sizeof endMark);
 }
 

@@ -22,8 +22,14 @@ public:
 #endif
         ;
 
-    const std::string& Text() const { return m_text; }
-    std::string TakeText() { return std::move(m_text); }
+    const std::string& Text() const
+    {
+        return m_text;
+    }
+    std::string TakeText()
+    {
+        return std::move(m_text);
+    }
 
 private:
     LineEnds m_lineEnds;

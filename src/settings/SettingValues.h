@@ -32,8 +32,8 @@ struct SettingValues {
 };
 
 enum class SettingType {
-    Bool,   // a number taken only when 0 or 1
-    Range,  // a number taken only when min <= value <= max, unsigned
+    Bool,  // a number taken only when 0 or 1
+    Range, // a number taken only when min <= value <= max, unsigned
     String,
 };
 

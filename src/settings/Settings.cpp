@@ -19,14 +19,11 @@ void LoadBool(const CSettingsKey& key, std::uint32_t& value, const std::string& 
     LoadRange(key, value, name, 0, 1, subKey);
 }
 
-CSettings::CSettings(CSettingsKey key)
-    : m_key(std::move(key))
+CSettings::CSettings(CSettingsKey key) : m_key(std::move(key))
 {
     for (const SettingDefinition& setting : SettingDefinitions()) {
         switch (setting.type) {
-        case SettingType::Bool:
-            LoadBool(m_key, m_values.*setting.number, setting.name);
-            break;
+        case SettingType::Bool: LoadBool(m_key, m_values.*setting.number, setting.name); break;
         case SettingType::Range:
             LoadRange(m_key, m_values.*setting.number, setting.name, setting.min, setting.max);
             break;
@@ -45,9 +42,10 @@ bool CSettings::Save() const
     for (const SettingDefinition& setting : SettingDefinitions()) {
         if (!setting.savedAtExit)
             continue;
-        const SettingsStatus status = setting.type == SettingType::String
-            ? m_key.WriteStringValue(setting.name, m_values.*setting.text)
-            : m_key.WriteDwordValue(setting.name, m_values.*setting.number);
+        const SettingsStatus status =
+            setting.type == SettingType::String
+                ? m_key.WriteStringValue(setting.name, m_values.*setting.text)
+                : m_key.WriteDwordValue(setting.name, m_values.*setting.number);
         saved = saved && status == kSettingsSuccess;
     }
     return saved;

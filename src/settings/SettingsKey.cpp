@@ -51,8 +51,7 @@ std::optional<std::uint32_t> AsDword(const QVariant& value)
             number = (number << 8) | static_cast<std::uint8_t>(bytes[i]);
         return number;
     }
-    default:
-        return std::nullopt; // absent, a list, ...
+    default: return std::nullopt; // absent, a list, ...
     }
 }
 
@@ -61,8 +60,7 @@ std::optional<std::uint32_t> AsDword(const QVariant& value)
 std::optional<QString> AsText(const QVariant& value)
 {
     switch (value.metaType().id()) {
-    case QMetaType::QString:
-        return value.toString();
+    case QMetaType::QString: return value.toString();
     case QMetaType::Int:
     case QMetaType::UInt:
     case QMetaType::LongLong:
@@ -70,26 +68,22 @@ std::optional<QString> AsText(const QVariant& value)
         if (const auto number = AsDword(value))
             return QString::number(*number);
         return std::nullopt;
-    default:
-        return std::nullopt;
+    default: return std::nullopt;
     }
 }
 
 qsizetype CharacterCount(const QString& text)
 {
-    return text.size() - std::count_if(text.begin(), text.end(),
-                                       [](QChar c) { return c.isLowSurrogate(); });
+    return text.size() -
+           std::count_if(text.begin(), text.end(), [](QChar c) { return c.isLowSurrogate(); });
 }
 
 SettingsStatus StatusOf(const QSettings& store)
 {
     switch (store.status()) {
-    case QSettings::NoError:
-        return kSettingsSuccess;
-    case QSettings::AccessError:
-        return kSettingsAccessDenied;
-    case QSettings::FormatError:
-        return kSettingsInvalidData;
+    case QSettings::NoError: return kSettingsSuccess;
+    case QSettings::AccessError: return kSettingsAccessDenied;
+    case QSettings::FormatError: return kSettingsInvalidData;
     }
     return kSettingsWrongValue;
 }
@@ -134,11 +128,12 @@ std::unique_ptr<QSettings> Open(const CSettingsKey& key, const std::string& subK
 }
 } // namespace
 
-std::unique_ptr<QSettings> SettingsKeyAccess::Open(const CSettingsKey& key, const std::string& subKey)
+std::unique_ptr<QSettings> SettingsKeyAccess::Open(const CSettingsKey& key,
+                                                   const std::string& subKey)
 {
     auto store = key.m_filePath.empty()
-        ? std::make_unique<QSettings>(ToQt(key.m_vendor), ToQt(key.m_program))
-        : std::make_unique<QSettings>(ToQt(key.m_filePath), QSettings::IniFormat);
+                     ? std::make_unique<QSettings>(ToQt(key.m_vendor), ToQt(key.m_program))
+                     : std::make_unique<QSettings>(ToQt(key.m_filePath), QSettings::IniFormat);
     // HKEY_CURRENT_USER only: no system-wide values shine through.
     store->setFallbacksEnabled(false);
     if (!subKey.empty())
@@ -180,8 +175,7 @@ SettingsStatus CSettingsKey::ReadStringValue(const std::string& name, std::strin
     return WriteStringValue(name, defaultValue, subKey);
 }
 
-SettingsStatus CSettingsKey::ReadBinaryValue(const std::string& name,
-                                             std::span<std::uint8_t> bytes,
+SettingsStatus CSettingsKey::ReadBinaryValue(const std::string& name, std::span<std::uint8_t> bytes,
                                              const std::string& subKey) const
 {
     const QVariant stored = Open(*this, subKey)->value(ToQt(name));

@@ -9,9 +9,10 @@ namespace tarvix {
 // Result of a settings operation; 0 is success.
 using SettingsStatus = std::uint32_t;
 inline constexpr SettingsStatus kSettingsSuccess = 0;
-inline constexpr SettingsStatus kSettingsAccessDenied = 5;     // the store cannot be written
-inline constexpr SettingsStatus kSettingsInvalidData = 13;     // the store's file is malformed
-inline constexpr SettingsStatus kSettingsWrongValue = 0xFFFFFFFF; // absent, or of another type or size
+inline constexpr SettingsStatus kSettingsAccessDenied = 5; // the store cannot be written
+inline constexpr SettingsStatus kSettingsInvalidData = 13; // the store's file is malformed
+inline constexpr SettingsStatus kSettingsWrongValue =
+    0xFFFFFFFF; // absent, or of another type or size
 
 // The program's key in the per-user settings store. This class is the
 // store's whole platform interface: SettingsKey.cpp implements it over
@@ -78,7 +79,7 @@ private:
     friend struct SettingsKeyAccess;
 
     std::string m_keyPath;
-    std::string m_vendor;   // store of the user's vendor/program ...
+    std::string m_vendor; // store of the user's vendor/program ...
     std::string m_program;
     std::string m_filePath; // ... or, when set, this INI file
 };

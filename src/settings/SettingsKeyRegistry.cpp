@@ -25,9 +25,9 @@ class CRegistryKey {
 public:
     explicit CRegistryKey(const std::string& path)
     {
-        m_status = ::RegCreateKeyExW(HKEY_CURRENT_USER, platform::WideText(path).c_str(), 0,
-                                     nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
-                                     &m_key, nullptr);
+        m_status =
+            ::RegCreateKeyExW(HKEY_CURRENT_USER, platform::WideText(path).c_str(), 0, nullptr,
+                              REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr, &m_key, nullptr);
     }
     ~CRegistryKey()
     {
@@ -48,9 +48,9 @@ public:
     }
     SettingsStatus Set(const std::string& name, DWORD type, const void* data, DWORD size) const
     {
-        return static_cast<SettingsStatus>(
-            ::RegSetValueExW(m_key, platform::WideText(name).c_str(), 0, type,
-                             static_cast<const BYTE*>(data), size));
+        return static_cast<SettingsStatus>(::RegSetValueExW(m_key, platform::WideText(name).c_str(),
+                                                            0, type, static_cast<const BYTE*>(data),
+                                                            size));
     }
 
 private:
@@ -90,8 +90,8 @@ CSettingsKey CSettingsKey::InFile(const std::string& path)
     key.m_filePath = path;
     std::string name = path;
     std::replace(name.begin(), name.end(), '\\', '/');
-    key.m_keyPath = std::string("Software\\") + kVendorName + "\\" + kProgramName +
-                    " stores\\" + name;
+    key.m_keyPath =
+        std::string("Software\\") + kVendorName + "\\" + kProgramName + " stores\\" + name;
     const CRegistryKey created(key.m_keyPath);
     return key;
 }

@@ -13,8 +13,7 @@ namespace tarvix {
 
 namespace {
 template <typename System>
-DeviceBackend MakeBackend(std::unique_ptr<System> system,
-                          std::function<std::string()> clientName)
+DeviceBackend MakeBackend(std::unique_ptr<System> system, std::function<std::string()> clientName)
 {
     DeviceBackend backend;
     System& owner = *system;
@@ -41,7 +40,8 @@ std::vector<DeviceBackend> CreateDeviceBackends([[maybe_unused]] const std::stri
         auto jack = std::make_unique<JackMidiDriver>(name);
         JackMidiDriver* client = jack.get();
         // JACK renames a client whose name is taken.
-        backends.push_back(MakeBackend(std::move(jack), [client] { return client->GetClientName(); }));
+        backends.push_back(
+            MakeBackend(std::move(jack), [client] { return client->GetClientName(); }));
     }
 #endif
 #ifdef TARVIX_HAVE_ALSA

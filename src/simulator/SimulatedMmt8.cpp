@@ -67,7 +67,8 @@ namespace {
 class CableInput : public CMidiIn {
 public:
     CableInput(MidiDriver& driver, std::optional<std::size_t> buffer)
-        : CMidiIn(driver), m_buffer(buffer ? std::make_optional<CCablePacer>(*buffer) : std::nullopt)
+        : CMidiIn(driver),
+          m_buffer(buffer ? std::make_optional<CCablePacer>(*buffer) : std::nullopt)
     {
     }
     // Closed while still a CableInput: the driver's callbacks and the
@@ -107,8 +108,8 @@ struct SimulatedMmt8::Connection {
 
     CableInput input;
     CMidiOut output;
-    std::size_t seen = 0;  // messages of the input list already taken in
-    bool damaged = false;  // bytes of the message in progress were lost
+    std::size_t seen = 0; // messages of the input list already taken in
+    bool damaged = false; // bytes of the message in progress were lost
 };
 
 SimulatedMmt8::SimulatedMmt8(std::vector<std::uint8_t> memory, Options options, Log log)
@@ -159,9 +160,9 @@ bool SimulatedMmt8::Attach(MidiDriver& driver, const std::string& inputName,
     // program's pauses are not its own.
     connection->output.SetBufferDelay(0);
     connection->output.SetSysexDelay(0);
-    connection->output.SetPacing(
-        m_options.wireSpeed ? CMidiOut::Pacing::Cable : CMidiOut::Pacing::None, kOutputLead,
-        kOutputCatchUp);
+    connection->output.SetPacing(m_options.wireSpeed ? CMidiOut::Pacing::Cable
+                                                     : CMidiOut::Pacing::None,
+                                 kOutputLead, kOutputCatchUp);
     for (CMidiDevice* port : {static_cast<CMidiDevice*>(&connection->input),
                               static_cast<CMidiDevice*>(&connection->output)}) {
         const std::string& name = port == &connection->input ? inputName : outputName;
@@ -240,8 +241,8 @@ void SimulatedMmt8::Poll()
 
 void SimulatedMmt8::TakeIn(std::span<const std::uint8_t> message, bool damaged)
 {
-    const bool complete = message.size() >= 2 && message.front() == kSysexStart &&
-                          message.back() == kSysexEnd;
+    const bool complete =
+        message.size() >= 2 && message.front() == kSysexStart && message.back() == kSysexEnd;
     bool isDump = false;
     const char* label = IdentifySysex(message, isDump);
     const auto size = static_cast<unsigned>(message.size());

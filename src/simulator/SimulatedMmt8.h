@@ -43,7 +43,6 @@ public:
         std::string receivedPath;
     };
 
-
     // memory: F0..F7 messages, back to back, one of them a dump that loads
     // (CheckMemory); they are all sent, in order, as the device's dump.
     SimulatedMmt8(std::vector<std::uint8_t> memory, Options options, Log log);

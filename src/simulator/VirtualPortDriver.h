@@ -14,9 +14,9 @@ namespace tarvix {
 // ordinary CMidiIn and CMidiOut serve the simulated device.
 class VirtualPortDriver : public CForwardingMidiDriver {
 public:
-    using Opener = std::function<MidiResult(MidiDirection direction, const std::string& portName,
-                                            MidiCallback callback, void* instance,
-                                            MidiHandle& handle)>;
+    using Opener =
+        std::function<MidiResult(MidiDirection direction, const std::string& portName,
+                                 MidiCallback callback, void* instance, MidiHandle& handle)>;
 
     VirtualPortDriver(MidiDriver& backend, Opener opener, std::string inputName,
                       std::string outputName);

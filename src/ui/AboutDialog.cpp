@@ -14,8 +14,8 @@ namespace tarvix {
 
 QString AboutVersionText()
 {
-    return QString::fromLatin1(kProductName)
-           + QString::asprintf(" v%u.%02u (build %u)", kVersionMajor, kVersionMinor, kBuildNumber);
+    return QString::fromLatin1(kProductName) +
+           QString::asprintf(" v%u.%02u (build %u)", kVersionMajor, kVersionMinor, kBuildNumber);
 }
 
 bool LeadsSomewhere(const QUrl& url)

@@ -1,8 +1,8 @@
 #include "ui/Application.h"
 
 #include "model/Mmt8Memory.h"
-#include "transport/drivers/SystemMidiDriver.h"
 #include "settings/Settings.h"
+#include "transport/drivers/SystemMidiDriver.h"
 #include "ui/EditorCommands.h"
 #include "ui/MainFrame.h"
 #include "ui/MidiPorts.h"
@@ -13,14 +13,16 @@
 
 // The icons live in this static library; naming them keeps the linker from
 // dropping them.
-static void InitResources() { Q_INIT_RESOURCE(tarvix); }
+static void InitResources()
+{
+    Q_INIT_RESOURCE(tarvix);
+}
 
 namespace tarvix {
 
 CApplication::CApplication(const CSettingsKey& key, std::unique_ptr<IMidiPorts> ports,
                            std::unique_ptr<CPendingCommands> pending)
-    : m_settings(std::make_unique<CSettings>(key)),
-      m_memory(std::make_unique<CMmt8Memory>()),
+    : m_settings(std::make_unique<CSettings>(key)), m_memory(std::make_unique<CMmt8Memory>()),
       m_ports(ports ? std::move(ports)
                     : std::make_unique<CDriverMidiPorts>(CreateSystemMidiDriver(), *m_settings))
 {
@@ -28,8 +30,7 @@ CApplication::CApplication(const CSettingsKey& key, std::unique_ptr<IMidiPorts> 
 }
 
 CApplication::CApplication(const CSettingsKey& key, std::unique_ptr<MidiDriver> driver)
-    : m_settings(std::make_unique<CSettings>(key)),
-      m_memory(std::make_unique<CMmt8Memory>()),
+    : m_settings(std::make_unique<CSettings>(key)), m_memory(std::make_unique<CMmt8Memory>()),
       m_ports(std::make_unique<CDriverMidiPorts>(std::move(driver), *m_settings))
 {
     BuildWindow(nullptr);

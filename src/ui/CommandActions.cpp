@@ -88,7 +88,7 @@ QMenu* CCommandActions::BuildMenus(QMenuBar& menuBar)
             current = info.menu;
             menu = menuBar.addMenu(QString::fromLatin1(MenuTitle(current)));
             static const char* const kNames[] = {"",          "menuFile", "menuEdit",
-                                                     "menuTools", "menuHelp", "menuView"};
+                                                 "menuTools", "menuHelp", "menuView"};
             menu->setObjectName(QString::fromLatin1(kNames[static_cast<int>(current)]));
         }
         if (info.id == kCmdRecentFirst) {

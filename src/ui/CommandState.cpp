@@ -21,8 +21,8 @@ bool IsCommandEnabled(const CommandInfo& command, const UiState& state)
     case EnableRule::PianoRollTarget: return state.pianoRollTarget;
     case EnableRule::SongViewTarget: return state.songViewTarget;
     case EnableRule::TreeRename:
-        return tree && state.hasSelection
-               && (state.kind == NodeKind::Part || state.kind == NodeKind::Song);
+        return tree && state.hasSelection &&
+               (state.kind == NodeKind::Part || state.kind == NodeKind::Song);
     }
     return false;
 }

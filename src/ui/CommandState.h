@@ -13,7 +13,7 @@ struct UiState {
     bool hasSelection = false; // in the active pane
     bool inputOpen = false;
     bool outputOpen = false;
-    bool canPaste = false;     // the clipboard holds what Paste would read
+    bool canPaste = false; // the clipboard holds what Paste would read
     bool canUndo = false;
     bool canRedo = false;
     bool pianoRollTarget = false; // a part to show in a piano roll

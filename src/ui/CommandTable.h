@@ -13,10 +13,10 @@ enum class CommandHandler { Frame, ActivePane, ListPane, TreePane, Nobody };
 // When a command is enabled; the kind-bound rules read `rule_kind`.
 enum class EnableRule {
     Always,
-    InputOpen,        // the MIDI input device is open
-    OutputOpen,       // the MIDI output device is open
-    PaneSelection,    // the active pane has a selection
-    Paste,            // the clipboard holds what a paste in the active pane reads
+    InputOpen,     // the MIDI input device is open
+    OutputOpen,    // the MIDI output device is open
+    PaneSelection, // the active pane has a selection
+    Paste,         // the clipboard holds what a paste in the active pane reads
     ListActive,
     ListKindSelection, // list active, CurrentNode of rule_kind, a selection
     ListKind,          // list active, CurrentNode of rule_kind
@@ -29,12 +29,12 @@ enum class EnableRule {
 
 struct CommandInfo {
     CommandId id;
-    const char* objectName;  // the QAction's, stable for tests and scripts
+    const char* objectName; // the QAction's, stable for tests and scripts
     CommandMenu menu;
-    const char* menuText;    // with its accelerator hint after a tab
-    const char* keys;        // QKeySequence portable texts, "; " between keys
+    const char* menuText; // with its accelerator hint after a tab
+    const char* keys;     // QKeySequence portable texts, "; " between keys
     bool onToolbar;
-    const char* promptTip;   // status-bar prompt, then "\n" and the tooltip
+    const char* promptTip; // status-bar prompt, then "\n" and the tooltip
     CommandHandler handler;
     EnableRule rule;
     NodeKind ruleKind;

@@ -23,11 +23,10 @@ void CEditorCommands::SetFrame(CMainFrame* frame)
     m_frame = frame;
     // Owned by the window, so it goes with it.
     if (frame != nullptr)
-        new CFileDropHandler(*frame,
-                             [this](const PaneCommandContext& context, const QString& file) {
-                                 m_frame->ChangeDocument(*UndoStepFor(kCmdImport),
-                                                         [&] { Import(context, file); });
-                             });
+        new CFileDropHandler(
+            *frame, [this](const PaneCommandContext& context, const QString& file) {
+                m_frame->ChangeDocument(*UndoStepFor(kCmdImport), [&] { Import(context, file); });
+            });
 }
 
 void CEditorCommands::Receive()
@@ -36,14 +35,20 @@ void CEditorCommands::Receive()
         m_frame->RefreshViews();
 }
 
-void CEditorCommands::Send() { RunSendCommand(m_frame, m_ports, m_memory); }
+void CEditorCommands::Send()
+{
+    RunSendCommand(m_frame, m_ports, m_memory);
+}
 
 void CEditorCommands::ShowOptions(int page, int focusControl)
 {
     COptionsSheet::Show(m_frame, m_settings, m_ports, page, focusControl);
 }
 
-void CEditorCommands::MidiFileDump() { CMidiFileDumpCommand::Run(m_frame, m_trackDump); }
+void CEditorCommands::MidiFileDump()
+{
+    CMidiFileDumpCommand::Run(m_frame, m_trackDump);
+}
 
 void CEditorCommands::PaneCommand(CommandId id, const PaneCommandContext& context)
 {
@@ -64,8 +69,8 @@ bool CEditorCommands::ClipboardHasRecords(Pane pane, NodeKind kind) const
 
 void CEditorCommands::Import(const PaneCommandContext& context, const QString& file)
 {
-    if (CImportCommand::Run(m_frame, m_memory, m_settings, m_trackDump, context, file)
-        && m_frame != nullptr)
+    if (CImportCommand::Run(m_frame, m_memory, m_settings, m_trackDump, context, file) &&
+        m_frame != nullptr)
         m_frame->RefreshViews();
 }
 

@@ -18,9 +18,15 @@ std::optional<ListKind> ListKindFor(NodeKind kind)
 }
 
 namespace {
-bool HasList(Node node) { return ListKindFor(node.kind).has_value(); }
+bool HasList(Node node)
+{
+    return ListKindFor(node.kind).has_value();
+}
 // Only called once HasList said yes.
-ListKind ListOf(Node node) { return ListKindFor(node.kind).value_or(ListKind::Parts); }
+ListKind ListOf(Node node)
+{
+    return ListKindFor(node.kind).value_or(ListKind::Parts);
+}
 } // namespace
 
 CListModel::CListModel(CMmt8Memory& memory, QObject* parent)
@@ -54,8 +60,8 @@ QVariant CListModel::data(const QModelIndex& index, int role) const
 
 QVariant CListModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0
-        || section >= columnCount())
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 ||
+        section >= columnCount())
         return {};
     return QString::fromLatin1(
         GetListColumns(ListOf(m_node))[static_cast<std::size_t>(section)].title);

@@ -83,9 +83,15 @@ void CListPane::RefreshList()
         SelectRow(remembered);
 }
 
-void CListPane::RefreshListItem(int row) { m_model->RedrawRow(row); }
+void CListPane::RefreshListItem(int row)
+{
+    m_model->RedrawRow(row);
+}
 
-bool CListPane::HasSelection() const { return selectionModel()->hasSelection(); }
+bool CListPane::HasSelection() const
+{
+    return selectionModel()->hasSelection();
+}
 
 std::vector<int> CListPane::SelectedRows() const
 {
@@ -175,9 +181,7 @@ QModelIndex CListPane::moveCursor(CursorAction action, Qt::KeyboardModifiers mod
     case MoveRight:
     case MoveNext:
     case MovePrevious: row = std::max(current, 0); break;
-    default:
-        row = QTableView::moveCursor(action, modifiers & ~Qt::ControlModifier).row();
-        break;
+    default: row = QTableView::moveCursor(action, modifiers & ~Qt::ControlModifier).row(); break;
     }
     return m_model->index(std::clamp(row, 0, rows - 1), 0);
 }
@@ -205,8 +209,8 @@ bool CListPane::focusNextPrevChild(bool)
 void CListPane::keyPressEvent(QKeyEvent* event)
 {
     const int key = event->key();
-    if ((key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_F2)
-        && event->modifiers() == Qt::NoModifier) {
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_F2) &&
+        event->modifiers() == Qt::NoModifier) {
         ActivateRow(FirstSelectedRow(), -1);
         return;
     }
@@ -259,8 +263,8 @@ int CListPane::FirstSelectedRow() const
 void CListPane::SelectRow(int row)
 {
     const QModelIndex index = m_model->index(row, 0);
-    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect
-                                                 | QItemSelectionModel::Rows);
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                 QItemSelectionModel::Rows);
 }
 
 } // namespace tarvix

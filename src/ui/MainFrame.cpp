@@ -9,8 +9,8 @@
 #include "ui/ContextMenus.h"
 #include "ui/FrameKeys.h"
 #include "ui/ListPane.h"
-#include "ui/NavigationModel.h"
 #include "ui/MidiPorts.h"
+#include "ui/NavigationModel.h"
 #include "ui/PendingCommands.h"
 #include "ui/SettingsKeyStore.h"
 #include "ui/StatusPanes.h"
@@ -60,9 +60,9 @@ CMainFrame::~CMainFrame()
     ShutDown();
     // The children and the application outlive this part of the window;
     // nothing they say while it is torn down may reach it.
-    for (QObject* sender : std::initializer_list<QObject*>{
-             qApp, QGuiApplication::clipboard(), m_tree, m_list, &m_tree->Model(), m_status,
-             m_recentFiles, m_actions})
+    for (QObject* sender :
+         std::initializer_list<QObject*>{qApp, QGuiApplication::clipboard(), m_tree, m_list,
+                                         &m_tree->Model(), m_status, m_recentFiles, m_actions})
         disconnect(sender, nullptr, this, nullptr);
     // The panes go while the history they record changes in is still here:
     // a label edit open at the end is committed as they are torn down.
@@ -133,10 +133,10 @@ void CMainFrame::RestoreState()
     std::array<std::uint8_t, 4> position{};
     int splitter = kDefaultSplitterPosition;
     if (key.ReadBinaryValue(kSplitterValue, position) == kSettingsSuccess)
-        splitter = static_cast<int>(static_cast<std::uint32_t>(position[0])
-                                    | static_cast<std::uint32_t>(position[1]) << 8
-                                    | static_cast<std::uint32_t>(position[2]) << 16
-                                    | static_cast<std::uint32_t>(position[3]) << 24);
+        splitter = static_cast<int>(static_cast<std::uint32_t>(position[0]) |
+                                    static_cast<std::uint32_t>(position[1]) << 8 |
+                                    static_cast<std::uint32_t>(position[2]) << 16 |
+                                    static_cast<std::uint32_t>(position[3]) << 24);
     m_splitter->setSizes({splitter, std::max(1, width() - splitter)});
 
     WindowPlacement placement{};
@@ -178,7 +178,10 @@ void CMainFrame::ProcessStartup(const QStringList& arguments)
         PostCommand(kCmdReceive);
 }
 
-QAction* CMainFrame::Action(CommandId id) const { return m_actions->Action(id); }
+QAction* CMainFrame::Action(CommandId id) const
+{
+    return m_actions->Action(id);
+}
 
 void CMainFrame::PostCommand(CommandId id)
 {
@@ -249,10 +252,10 @@ void CMainFrame::OnUndo(bool redo)
 
 void CMainFrame::RouteToPane(CommandId id, CommandHandler handler)
 {
-    const bool toTree = m_activePane == Pane::Tree
-                        && (handler == CommandHandler::ActivePane || handler == CommandHandler::TreePane);
-    const bool toList = m_activePane == Pane::List
-                        && (handler == CommandHandler::ActivePane || handler == CommandHandler::ListPane);
+    const bool toTree = m_activePane == Pane::Tree && (handler == CommandHandler::ActivePane ||
+                                                       handler == CommandHandler::TreePane);
+    const bool toList = m_activePane == Pane::List && (handler == CommandHandler::ActivePane ||
+                                                       handler == CommandHandler::ListPane);
     if (toTree)
         m_tree->HandleCommand(id);
     else if (toList)

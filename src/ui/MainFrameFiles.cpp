@@ -30,8 +30,8 @@ FileDialogRequest SyxFileRequest(const QString& caption, const QString& currentP
 // The name without its folder, whichever separator the path uses.
 QString FileTitle(const QString& path)
 {
-    const qsizetype slash = std::max(path.lastIndexOf(QLatin1Char('/')),
-                                     path.lastIndexOf(QLatin1Char('\\')));
+    const qsizetype slash =
+        std::max(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QLatin1Char('\\')));
     return path.mid(slash + 1);
 }
 } // namespace
@@ -87,7 +87,8 @@ void CMainFrame::OnInit()
 
 void CMainFrame::OnOpen()
 {
-    const QString path = CFileDialog::GetOpenFileName(this, SyxFileRequest(tr("Open"), m_currentPath));
+    const QString path =
+        CFileDialog::GetOpenFileName(this, SyxFileRequest(tr("Open"), m_currentPath));
     if (path.isEmpty() || !QuerySaveChanges())
         return;
     OpenDocumentFile(path);

@@ -16,8 +16,10 @@ namespace tarvix {
 void CMidiFileDumpCommand::Run(QWidget* parent, const CTrackDumpView& view)
 {
     const QString path = CFileDialog::GetOpenFileName(
-        parent, {QCoreApplication::translate("CMidiFileDumpCommand", "Open"), {},
-                 QString::fromLatin1(kFilter), QStringLiteral("mid")});
+        parent, {QCoreApplication::translate("CMidiFileDumpCommand", "Open"),
+                 {},
+                 QString::fromLatin1(kFilter),
+                 QStringLiteral("mid")});
     if (path.isEmpty())
         return;
     std::string report;

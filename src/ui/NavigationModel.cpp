@@ -11,8 +11,14 @@ namespace {
 constexpr int kPartsRow = 0;
 constexpr int kSongsRow = 1;
 
-bool IsRoot(Node node) { return node.kind == NodeKind::AllParts || node.kind == NodeKind::AllSongs; }
-bool IsLeaf(Node node) { return node.kind == NodeKind::Part || node.kind == NodeKind::Song; }
+bool IsRoot(Node node)
+{
+    return node.kind == NodeKind::AllParts || node.kind == NodeKind::AllSongs;
+}
+bool IsLeaf(Node node)
+{
+    return node.kind == NodeKind::Part || node.kind == NodeKind::Song;
+}
 
 // Device names are bytes, not UTF-8.
 QString FromDevice(const std::string& text)
@@ -21,8 +27,7 @@ QString FromDevice(const std::string& text)
 }
 } // namespace
 
-CNavigationModel::CNavigationModel(CMmt8Memory& memory, CDocumentHistory& history,
-                                   QObject* parent)
+CNavigationModel::CNavigationModel(CMmt8Memory& memory, CDocumentHistory& history, QObject* parent)
     : QAbstractItemModel(parent), m_memory(memory), m_history(history)
 {
 }
@@ -44,9 +49,11 @@ QModelIndex CNavigationModel::parent(const QModelIndex& child) const
 {
     const Node node = NodeAt(child);
     if (node.kind == NodeKind::Part)
-        return createIndex(kPartsRow, 0, static_cast<quintptr>(ToNodeValue({NodeKind::AllParts, 0})));
+        return createIndex(kPartsRow, 0,
+                           static_cast<quintptr>(ToNodeValue({NodeKind::AllParts, 0})));
     if (node.kind == NodeKind::Song)
-        return createIndex(kSongsRow, 0, static_cast<quintptr>(ToNodeValue({NodeKind::AllSongs, 0})));
+        return createIndex(kSongsRow, 0,
+                           static_cast<quintptr>(ToNodeValue({NodeKind::AllSongs, 0})));
     return {};
 }
 
@@ -64,7 +71,10 @@ int CNavigationModel::rowCount(const QModelIndex& parent) const
     return 0;
 }
 
-int CNavigationModel::columnCount(const QModelIndex&) const { return 1; }
+int CNavigationModel::columnCount(const QModelIndex&) const
+{
+    return 1;
+}
 
 QVariant CNavigationModel::data(const QModelIndex& index, int role) const
 {
@@ -77,7 +87,9 @@ QVariant CNavigationModel::data(const QModelIndex& index, int role) const
         // The part and song lists show names made safe for one line.
         const ListKind list = node.kind == NodeKind::Part ? ListKind::Parts : ListKind::Songs;
         const std::string name = GetListCellText(m_memory, list, 0, node.index, 1);
-        return QStringLiteral("%1  %2").arg(node.index, 2, 10, QLatin1Char('0')).arg(FromDevice(name));
+        return QStringLiteral("%1  %2")
+            .arg(node.index, 2, 10, QLatin1Char('0'))
+            .arg(FromDevice(name));
     }
     if (role == Qt::EditRole && IsLeaf(node))
         return FromDevice(node.kind == NodeKind::Part ? m_memory.Part(node.index).name

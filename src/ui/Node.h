@@ -18,8 +18,8 @@ struct Node {
 // The 32-bit node value: kind in the low 16 bits, index in the high 16.
 inline std::uint32_t ToNodeValue(Node node)
 {
-    return static_cast<std::uint32_t>(node.kind)
-           | (static_cast<std::uint32_t>(node.index & 0xFFFF) << 16);
+    return static_cast<std::uint32_t>(node.kind) |
+           (static_cast<std::uint32_t>(node.index & 0xFFFF) << 16);
 }
 
 inline Node FromNodeValue(std::uint32_t value)

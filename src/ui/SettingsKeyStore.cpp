@@ -4,12 +4,11 @@
 
 namespace tarvix {
 
-bool CSettingsKeyStore::ReadDword(const QString& subKey, const QString& name,
-                                  std::uint32_t& value)
+bool CSettingsKeyStore::ReadDword(const QString& subKey, const QString& name, std::uint32_t& value)
 {
     std::uint32_t read = value;
-    if (m_key.ReadDwordValue(name.toStdString(), read, value, subKey.toStdString())
-        != kSettingsSuccess)
+    if (m_key.ReadDwordValue(name.toStdString(), read, value, subKey.toStdString()) !=
+        kSettingsSuccess)
         return false;
     value = read;
     return true;
@@ -18,15 +17,14 @@ bool CSettingsKeyStore::ReadDword(const QString& subKey, const QString& name,
 bool CSettingsKeyStore::ReadString(const QString& subKey, const QString& name, QString& value)
 {
     std::string read;
-    if (m_key.ReadStringValue(name.toStdString(), read, value.toStdString(), subKey.toStdString())
-        != kSettingsSuccess)
+    if (m_key.ReadStringValue(name.toStdString(), read, value.toStdString(),
+                              subKey.toStdString()) != kSettingsSuccess)
         return false;
     value = QString::fromStdString(read);
     return true;
 }
 
-void CSettingsKeyStore::WriteDword(const QString& subKey, const QString& name,
-                                   std::uint32_t value)
+void CSettingsKeyStore::WriteDword(const QString& subKey, const QString& name, std::uint32_t value)
 {
     m_key.WriteDwordValue(name.toStdString(), value, subKey.toStdString());
 }

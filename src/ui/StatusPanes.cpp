@@ -84,10 +84,22 @@ void CStatusPanes::UpdateWidths()
     m_memory->setMinimumWidth(m_memoryText->minimumWidth() + kIconSize + 12);
 }
 
-QString CStatusPanes::MemoryText() const { return m_memoryText->text(); }
-bool CStatusPanes::IsWarningShown() const { return !m_memoryIcon->isHidden(); }
-QString CStatusPanes::InputText() const { return m_inputText->text(); }
-QString CStatusPanes::OutputText() const { return m_outputText->text(); }
+QString CStatusPanes::MemoryText() const
+{
+    return m_memoryText->text();
+}
+bool CStatusPanes::IsWarningShown() const
+{
+    return !m_memoryIcon->isHidden();
+}
+QString CStatusPanes::InputText() const
+{
+    return m_inputText->text();
+}
+QString CStatusPanes::OutputText() const
+{
+    return m_outputText->text();
+}
 
 bool CStatusPanes::eventFilter(QObject* watched, QEvent* event)
 {

@@ -47,7 +47,10 @@ CTreePane::CTreePane(ViewContext& context, CPendingCommands& pending, QWidget* p
             &CTreePane::OnSelectionChanged);
 }
 
-void CTreePane::RefreshTree() { m_model->Redraw(); }
+void CTreePane::RefreshTree()
+{
+    m_model->Redraw();
+}
 
 void CTreePane::SelectNode(Node node)
 {
@@ -58,7 +61,10 @@ void CTreePane::SelectNode(Node node)
     scrollTo(index);
 }
 
-bool CTreePane::HasSelection() const { return selectionModel()->hasSelection(); }
+bool CTreePane::HasSelection() const
+{
+    return selectionModel()->hasSelection();
+}
 
 void CTreePane::HandleCommand(CommandId id)
 {
@@ -99,8 +105,8 @@ bool CTreePane::focusNextPrevChild(bool)
 
 void CTreePane::keyPressEvent(QKeyEvent* event)
 {
-    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        && event->modifiers() == Qt::NoModifier && !m_editingLabel) {
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+        event->modifiers() == Qt::NoModifier && !m_editingLabel) {
         emit switchPaneRequested(Pane::List);
         return;
     }

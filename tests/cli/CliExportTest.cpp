@@ -93,8 +93,8 @@ TEST_F(CliExportTest, TheTempoOptionSetsTheFilesTempo)
         }
     }
     for (const std::string tempo : {"19", "256", "fast", ""}) {
-        for (const Words& words : {Words{"--part", "2", "--tempo", tempo},
-                                   Words{"--part=2", "--tempo=" + tempo}}) {
+        for (const Words& words :
+             {Words{"--part", "2", "--tempo", tempo}, Words{"--part=2", "--tempo=" + tempo}}) {
             const CliResult result = Export(words);
             EXPECT_EQ(result.exitCode, 2) << Describe(result);
             EXPECT_NE(result.err.find("invalid tempo"), std::string::npos) << result.err;
@@ -104,10 +104,11 @@ TEST_F(CliExportTest, TheTempoOptionSetsTheFilesTempo)
 
 TEST_F(CliExportTest, NothingToExportWritesNothing)
 {
-    for (const auto& [words, message] : {std::pair<Words, const char*>{{"--part", "50"}, kNothingToExportParts},
-                                         {{"--parts", ""}, kNothingToExportParts},
-                                         {{"--part", "0", "--tracks", ""}, kNoTracksToExport},
-                                         {{"--song", "9"}, kNothingToExportSongs}}) {
+    for (const auto& [words, message] :
+         {std::pair<Words, const char*>{{"--part", "50"}, kNothingToExportParts},
+          {{"--parts", ""}, kNothingToExportParts},
+          {{"--part", "0", "--tracks", ""}, kNoTracksToExport},
+          {{"--song", "9"}, kNothingToExportSongs}}) {
         const CliResult result = Export(words);
         EXPECT_EQ(result.exitCode, 1) << Describe(result);
         EXPECT_EQ(result.out, "");
@@ -130,10 +131,10 @@ TEST_F(CliExportTest, AFileThatCannotBeWrittenIsReported)
 
 TEST_F(CliExportTest, ABadSelectionIsAUsageError)
 {
-    for (const Words& words : {Words{}, Words{"--part", "1", "--song", "1"}, Words{"--tracks", "1"},
-                               Words{"--part", "100"}, Words{"--part", "1", "--tracks", "9"},
-                               Words{"--songs", "1,x"}, Words{"--steps", "1"},
-                               Words{"--steps", "1:5"}}) {
+    for (const Words& words :
+         {Words{}, Words{"--part", "1", "--song", "1"}, Words{"--tracks", "1"},
+          Words{"--part", "100"}, Words{"--part", "1", "--tracks", "9"}, Words{"--songs", "1,x"},
+          Words{"--steps", "1"}, Words{"--steps", "1:5"}}) {
         const CliResult result = Export(words);
         EXPECT_EQ(result.exitCode, 2) << Describe(result);
         EXPECT_EQ(result.err.rfind("tarvix-cli export: ", 0), 0u) << result.err;

@@ -69,9 +69,9 @@ class TransferTest : public E2eTest {
 protected:
     std::unique_ptr<ChildProcess> StartReceive(const std::string& output)
     {
-        auto receive = StartCli({"receive", "--port", kDeviceOut, "-o", folder.File(output),
-                                 "--timeout", "60"},
-                                "receive");
+        auto receive = StartCli(
+            {"receive", "--port", kDeviceOut, "-o", folder.File(output), "--timeout", "60"},
+            "receive");
         EXPECT_TRUE(receive->WaitForOutput(kPrompt, kShowLimit, true)) << receive->Describe();
         return receive;
     }
@@ -87,7 +87,8 @@ TEST_F(TransferTest, PortsListsTheDevicesPortsLikeAnInterfaces)
     EXPECT_NE(ports.out.find("out\t" + kDeviceIn + "\n"), std::string::npos) << ports.out;
     const std::regex line("(in|out)\t[A-Za-z]+: .+");
     std::size_t start = 0;
-    for (std::size_t end; (end = ports.out.find('\n', start)) != std::string::npos; start = end + 1) {
+    for (std::size_t end; (end = ports.out.find('\n', start)) != std::string::npos;
+         start = end + 1) {
         const std::string text = ports.out.substr(start, end - start);
         EXPECT_TRUE(std::regex_match(text, line)) << text;
     }
@@ -123,8 +124,7 @@ TEST_F(TransferTest, ASendIsReceivedByteForByteByTheDevice)
     const std::string received = folder.File("device-got.syx");
     const auto device = StartDevice({"--received", received, "--wire-speed"});
 
-    const Run send =
-        RunCli({"send", WriteFile("dump.syx", CableTestDump()), "--port", kDeviceIn});
+    const Run send = RunCli({"send", WriteFile("dump.syx", CableTestDump()), "--port", kDeviceIn});
 
     ASSERT_EQ(send.exit.code, 0) << send.description;
     ASSERT_TRUE(device->WaitForOutput("Wrote " + received, kShowLimit)) << device->Describe();
@@ -236,8 +236,8 @@ TEST_F(TransferTest, TheDeviceDisappearingMidSendEndsItWithAMessage)
 TEST_F(TransferTest, AReceiveGivesUpAtItsTimeout)
 {
     const auto device = StartDevice();
-    const Run receive = RunCli({"receive", "--port", kDeviceOut, "-o", folder.File("got.syx"),
-                                "--timeout", "0.5"});
+    const Run receive =
+        RunCli({"receive", "--port", kDeviceOut, "-o", folder.File("got.syx"), "--timeout", "0.5"});
 
     EXPECT_EQ(receive.exit.code, 1) << receive.description;
     EXPECT_NE(receive.err.find("No dump received within 0.5 seconds; nothing was written."),
@@ -265,8 +265,8 @@ TEST_F(TransferTest, PortsThatDoNotExistAreNamedInTheMessage)
 TEST_F(TransferTest, AFileThatIsNotADumpIsNeverSent)
 {
     const auto device = StartDevice({"--received", folder.File("device-got.syx")});
-    const Run send = RunCli({"send", WriteFile("noise.syx", {0x12, 0xF0, 0x34, 0x56}), "--port",
-                             kDeviceIn});
+    const Run send =
+        RunCli({"send", WriteFile("noise.syx", {0x12, 0xF0, 0x34, 0x56}), "--port", kDeviceIn});
 
     EXPECT_EQ(send.exit.code, 1) << send.description;
     EXPECT_NE(send.err.find("Invalid sysex file: "), std::string::npos) << send.err;
@@ -308,8 +308,7 @@ TEST_F(NoServerTest, TransfersAndTheDeviceFailWithTheReason)
 
     const Run device = RunCli({"device"});
     EXPECT_EQ(device.exit.code, 1) << device.description;
-    EXPECT_NE(device.err.find("JACK: No JACK server is running."), std::string::npos)
-        << device.err;
+    EXPECT_NE(device.err.find("JACK: No JACK server is running."), std::string::npos) << device.err;
 }
 
 TEST_F(NoServerTest, AReceiveToAFileThatCannotBeWrittenFailsBeforeWaiting)
@@ -318,8 +317,7 @@ TEST_F(NoServerTest, AReceiveToAFileThatCannotBeWrittenFailsBeforeWaiting)
     for (const std::string& path : {folder.File("no-such-folder/got.syx"), folder.File("")}) {
         const Run receive = RunCli({"receive", "--port", kDeviceOut, "-o", path});
         EXPECT_EQ(receive.exit.code, 1) << receive.description;
-        EXPECT_NE(receive.err.find("Can't write " + path + ": "), std::string::npos)
-            << receive.err;
+        EXPECT_NE(receive.err.find("Can't write " + path + ": "), std::string::npos) << receive.err;
         EXPECT_EQ(receive.err.find("JACK"), std::string::npos) << receive.err;
     }
 }

@@ -24,8 +24,8 @@ TEST(FileStreamTest, MissingFileReportsSystemTextOnOneLine)
     const std::string path = dir.File("missing.syx");
     CFileStream file;
     std::string error;
-    EXPECT_FALSE(file.Open(path, error, FileAccess::Read, FileShare::Read,
-                           FileDisposition::OpenExisting));
+    EXPECT_FALSE(
+        file.Open(path, error, FileAccess::Read, FileShare::Read, FileDisposition::OpenExisting));
     EXPECT_EQ(error, FileMessage("open", path, expected::kMissingFile));
     EXPECT_EQ(std::count(error.begin(), error.end(), '\n'), 1);
     EXPECT_EQ(std::count(error.begin(), error.end(), '\r'), 0);
@@ -51,8 +51,8 @@ TEST(FileStreamTest, WriteThenReadWithShortReadAtTheEnd)
     const std::string path = dir.File("data.bin");
     CFileStream file;
     std::string error;
-    ASSERT_TRUE(file.Open(path, error, FileAccess::Write, FileShare::None,
-                          FileDisposition::CreateAlways));
+    ASSERT_TRUE(
+        file.Open(path, error, FileAccess::Write, FileShare::None, FileDisposition::CreateAlways));
     EXPECT_EQ(file.GetFileName(), path);
     std::uint32_t done = 0;
     EXPECT_TRUE(file.Write("hello", 5, error, &done));
@@ -63,8 +63,8 @@ TEST(FileStreamTest, WriteThenReadWithShortReadAtTheEnd)
     file.Close();
     EXPECT_EQ(file.GetFileName(), "");
 
-    ASSERT_TRUE(file.Open(path, error, FileAccess::Read, FileShare::Read,
-                          FileDisposition::OpenExisting));
+    ASSERT_TRUE(
+        file.Open(path, error, FileAccess::Read, FileShare::Read, FileDisposition::OpenExisting));
     char buffer[10] = {};
     EXPECT_TRUE(file.Read(buffer, sizeof buffer, error, &done));
     EXPECT_EQ(done, 5u);
@@ -98,8 +98,8 @@ TEST(FileStreamTest, FailedReadNamesTheFileAndTheCause)
     const std::string path = dir.File("out.bin");
     CFileStream file;
     std::string error;
-    ASSERT_TRUE(file.Open(path, error, FileAccess::Write, FileShare::None,
-                          FileDisposition::CreateAlways));
+    ASSERT_TRUE(
+        file.Open(path, error, FileAccess::Write, FileShare::None, FileDisposition::CreateAlways));
     std::uint32_t done = 99;
     char byte = 0;
     EXPECT_FALSE(file.Read(&byte, 1, error, &done));
@@ -113,8 +113,8 @@ TEST(FileStreamTest, SeekFailureReturnsAllOnes)
     const std::string path = dir.File("sparse.bin");
     CFileStream file;
     std::string error;
-    ASSERT_TRUE(file.Open(path, error, FileAccess::ReadWrite, FileShare::None,
-                          FileDisposition::CreateNew));
+    ASSERT_TRUE(
+        file.Open(path, error, FileAccess::ReadWrite, FileShare::None, FileDisposition::CreateNew));
     EXPECT_EQ(file.Seek(-1, platform::SeekMethod::Begin, error), 0xFFFFFFFFu);
     EXPECT_EQ(error, FileMessage("seek", path, expected::kNegativeSeek));
 
@@ -135,8 +135,8 @@ TEST(MappedFileStreamTest, EmptyFileCannotBeMapped)
     testing::WriteAllBytes(path, {});
     CMappedFileStream file;
     std::string error;
-    EXPECT_FALSE(file.Open(path, error, FileAccess::Read, FileShare::Read,
-                           FileDisposition::OpenExisting));
+    EXPECT_FALSE(
+        file.Open(path, error, FileAccess::Read, FileShare::Read, FileDisposition::OpenExisting));
     EXPECT_EQ(error, FileMessage("open", path, expected::kEmptyFile));
     EXPECT_EQ(file.GetLastError(), platform::kErrorInvalidData);
     EXPECT_EQ(file.GetView(), nullptr);
@@ -151,8 +151,8 @@ TEST(MappedFileStreamTest, ViewHoldsTheFileBytes)
     testing::WriteAllBytes(path, bytes);
     CMappedFileStream file;
     std::string error;
-    ASSERT_TRUE(file.Open(path, error, FileAccess::Read, FileShare::Read,
-                          FileDisposition::OpenExisting));
+    ASSERT_TRUE(
+        file.Open(path, error, FileAccess::Read, FileShare::Read, FileDisposition::OpenExisting));
     ASSERT_EQ(file.GetFileSize(), bytes.size());
     EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), file.GetView()));
     EXPECT_EQ(file.GetLastError(), 0u);
@@ -179,9 +179,10 @@ TEST(MappedFileStreamTest, WritableViewWritesThrough)
     // Write-only access gives no readable view.
     CMappedFileStream file;
     std::string error;
-    EXPECT_FALSE(file.Open(path, error, FileAccess::Write, FileShare::None,
-                           FileDisposition::OpenExisting));
-    EXPECT_EQ(error, FileMessage(expected::kWriteOnlyMappingStep, path, expected::kWriteOnlyMapping));
+    EXPECT_FALSE(
+        file.Open(path, error, FileAccess::Write, FileShare::None, FileDisposition::OpenExisting));
+    EXPECT_EQ(error,
+              FileMessage(expected::kWriteOnlyMappingStep, path, expected::kWriteOnlyMapping));
 }
 
 } // namespace

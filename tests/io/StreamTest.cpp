@@ -13,8 +13,7 @@ std::string OverrunMessage(std::uint32_t count)
 }
 
 // Runs the read and returns the exception's message, or "" when none was thrown.
-template <typename Read>
-std::string ThrownMessage(Read read)
+template <typename Read> std::string ThrownMessage(Read read)
 {
     try {
         read();
@@ -43,8 +42,8 @@ TEST(StreamTest, WritesLittleEndianWithLengthPrefixes)
     stream.WriteString(static_cast<const char*>(nullptr));
     CByteBuffer empty;
     stream.WriteBlock(empty);
-    const std::vector<std::uint8_t> expected = {0x78, 0x56, 0x34, 0x12, 0xAB, 2, 0, 0, 0,
-                                                'h',  'i',  0,    0,    0,    0, 0, 0, 0, 0};
+    const std::vector<std::uint8_t> expected = {0x78, 0x56, 0x34, 0x12, 0xAB, 2, 0, 0, 0, 'h',
+                                                'i',  0,    0,    0,    0,    0, 0, 0, 0};
     EXPECT_EQ(std::vector<std::uint8_t>(stream.View().begin(), stream.View().end()), expected);
 }
 

@@ -75,10 +75,10 @@ TEST(MidiDumpTest, PlainHexDumpCountsFromZero)
     sink.HexDump(bytes.data(), 0);
     EXPECT_EQ(sink.GetTextView(), "");
     sink.HexDump(bytes.data(), 17);
-    EXPECT_EQ(sink.GetTextView(),
-              HexLine("00000000 20 20 20 20 20 20 20 20 20 20 20 20 20 20 20 20",
-                      std::string(16, ' ')) +
-                  HexLine("00000010 20", " "));
+    EXPECT_EQ(
+        sink.GetTextView(),
+        HexLine("00000000 20 20 20 20 20 20 20 20 20 20 20 20 20 20 20 20", std::string(16, ' ')) +
+            HexLine("00000010 20", " "));
 }
 
 TEST(MidiDumpTest, MetaEventLines)
@@ -155,16 +155,17 @@ TEST(MidiDumpTest, StreamedReportIsTheSameText)
 
 TEST(MidiDumpTest, FileReportHasHeaderTracksAndFlags)
 {
-    CMidiFile file = ReadMidi(Join({HeaderChunk(1, 3, 0xE728), Chunk("MTrk", {}),
-                                    Chunk("MTrk", {0x00, 0x90, 0x3C, 0x64, 0x00, 0xF0, 0x01, 0xF7,
-                                                   0x00, 0xFF, 0x2F, 0x00})}));
+    CMidiFile file = ReadMidi(Join(
+        {HeaderChunk(1, 3, 0xE728), Chunk("MTrk", {}),
+         Chunk("MTrk", {0x00, 0x90, 0x3C, 0x64, 0x00, 0xF0, 0x01, 0xF7, 0x00, 0xFF, 0x2F, 0x00})}));
     CMidiDumpSink sink(LineEnds::Lf);
     DumpMidiFile(file, sink);
     const std::string header =
         "\nHeader\n======\nSMF type: 1\nNumber of tracks: 3\nTicks per quarter note: 59176\n"
         "\nTrack 1\n========\n\nTrack 2\n========\n";
-    EXPECT_EQ(sink.GetTextView(), header + "00000000 Midi 90 3C 64   Note on          C3\n"
-                                           "00000000 <unknown> Sysex 2 bytes\n" +
+    EXPECT_EQ(sink.GetTextView(), header +
+                                      "00000000 Midi 90 3C 64   Note on          C3\n"
+                                      "00000000 <unknown> Sysex 2 bytes\n" +
                                       HexLine("00000000 F0 F7", "..") +
                                       "00000000 Meta Event 2F   End of track\n");
 

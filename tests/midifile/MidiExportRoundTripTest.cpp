@@ -67,12 +67,16 @@ void FillPlayableTrack(CMmt8Track& track, std::mt19937& random, std::uint32_t cl
             event = Note(at, Byte(random, 60, 62), static_cast<std::uint16_t>(Pick(random, 1, 300)),
                          channel, Byte(random, 1, 127));
             break;
-        case 2: event = Make<CMmt8ControlEvent>(at, channel, Byte(random, 0, 121), Byte(random, 0, 127)); break;
+        case 2:
+            event =
+                Make<CMmt8ControlEvent>(at, channel, Byte(random, 0, 121), Byte(random, 0, 127));
+            break;
         case 3: event = Make<CMmt8ProgramEvent>(at, channel, Byte(random, 0, 127)); break;
         case 4: event = Make<CMmt8AftertouchEvent>(at, channel, Byte(random, 0, 127)); break;
         case 5:
-            event = test::Bend(at, static_cast<std::uint16_t>(Byte(random, 0, 127) << 8 | Byte(random, 0, 127)),
-                               channel);
+            event = test::Bend(
+                at, static_cast<std::uint16_t>(Byte(random, 0, 127) << 8 | Byte(random, 0, 127)),
+                channel);
             break;
         default: AppendSysex(track, random, at, timed); continue;
         }
@@ -170,9 +174,9 @@ CMmt8Memory ExpectedBack(const CMmt8Memory& original, const std::vector<int>& pa
 ::testing::AssertionResult SamePart(const CMmt8Part& expected, const CMmt8Part& actual)
 {
     if (expected.beats != actual.beats || expected.name != actual.name)
-        return ::testing::AssertionFailure() << "beats " << expected.beats << "/" << actual.beats
-                                             << ", name '" << expected.name << "'/'" << actual.name
-                                             << "'";
+        return ::testing::AssertionFailure()
+               << "beats " << expected.beats << "/" << actual.beats << ", name '" << expected.name
+               << "'/'" << actual.name << "'";
     for (std::size_t track = 0; track < expected.tracks.size(); ++track)
         if (auto same = test::SameTrack(expected.tracks[track], actual.tracks[track]); !same)
             return same << " (track " << track + 1 << ")";
@@ -189,7 +193,8 @@ TEST(MidiExportRoundTripTest, APartComesBackEventForEvent)
         FillPlayablePart(original, part, random, static_cast<std::uint32_t>(Pick(random, 1, 40)));
 
         CMmt8Memory back;
-        ImportBack(back, Select(Kind::Part, part), ExportedBytes(original, Select(Kind::Part, part)));
+        ImportBack(back, Select(Kind::Part, part),
+                   ExportedBytes(original, Select(Kind::Part, part)));
         const CMmt8Memory expected = ExpectedBack(original, {part});
         EXPECT_TRUE(SamePart(expected.Part(part), back.Part(part)));
     }
@@ -215,7 +220,8 @@ TEST(MidiExportRoundTripTest, SelectedTracksComeBackIntoTheirRows)
         CMmt8Memory expected = ExpectedBack(original, {7});
         for (int track = 0; track < kTracksPerPart; ++track)
             if (std::find(tracks.begin(), tracks.end(), track) == tracks.end())
-                expected.Part(7).tracks[std::size_t(track)] = back.Part(7).tracks[std::size_t(track)];
+                expected.Part(7).tracks[std::size_t(track)] =
+                    back.Part(7).tracks[std::size_t(track)];
         expected.RecomputePartBeats(7);
 
         ImportBack(back, Select(Kind::PartTracks, 7, tracks),
@@ -235,7 +241,8 @@ TEST(MidiExportRoundTripTest, SeveralPartsComeBackThroughTheirMarkers)
             const int part = Pick(random, 0, kPartCount - 1);
             if (std::find(parts.begin(), parts.end(), part) != parts.end())
                 continue;
-            FillPlayablePart(original, part, random, static_cast<std::uint32_t>(Pick(random, 1, 150)));
+            FillPlayablePart(original, part, random,
+                             static_cast<std::uint32_t>(Pick(random, 1, 150)));
             parts.push_back(part);
         }
 
@@ -278,8 +285,8 @@ TEST(MidiExportRoundTripTest, EmptyDeviceTracksKeepTheirPlaces)
     original.Part(6).name = "PADS";
     original.Part(6).tracks[5] = TrackOf(0, Note(10, 60, 20));
     const Bytes bytes = ExportedBytes(original, Select(Kind::Part, 6));
-    EXPECT_EQ(GetInitialTicks(ReadMidi(bytes)), std::vector<bool>(
-                                                    {false, true, true, true, true, true, true, true, true}));
+    EXPECT_EQ(GetInitialTicks(ReadMidi(bytes)),
+              std::vector<bool>({false, true, true, true, true, true, true, true, true}));
 
     // A track marked by some other program stays unticked.
     CMidiFile other = ReadMidi(bytes);

@@ -23,7 +23,10 @@ using test::Untimed;
 using Lines = std::vector<std::string>;
 using Kind = MidiSelectionKind;
 
-Lines Names(const char* name) { return {std::string("0 meta 03 \"") + name + "\""}; }
+Lines Names(const char* name)
+{
+    return {std::string("0 meta 03 \"") + name + "\""};
+}
 
 // A device track's name and the mark that keeps its place on import.
 Lines DeviceTrack(int number)
@@ -55,9 +58,10 @@ void FillVerse(CMmt8Memory& memory)
     CMmt8Part& part = memory.Part(5);
     part.beats = 4;
     part.name = "VERSE";
-    part.tracks[0] = TrackOf(3, Note(0, 60, 96, 0, 100), Untimed(Make<CMmt8ControlEvent>(0, 0, 7, 100)),
-                             Make<CMmt8ProgramEvent>(48, 1, 5), Make<CMmt8AftertouchEvent>(96, 1, 64),
-                             Untimed(Bend(96, 0x1234, 2)), Note(300, 62, 200, 0, 90));
+    part.tracks[0] =
+        TrackOf(3, Note(0, 60, 96, 0, 100), Untimed(Make<CMmt8ControlEvent>(0, 0, 7, 100)),
+                Make<CMmt8ProgramEvent>(48, 1, 5), Make<CMmt8AftertouchEvent>(96, 1, 64),
+                Untimed(Bend(96, 0x1234, 2)), Note(300, 62, 200, 0, 90));
     part.tracks[1] = TrackOf(0, Make<CMmt8SysexEvent>(10, 0x41, 0x10, 0x42),
                              Untimed(Make<CMmt8SysexEvent>(10, 0x12, kSysexFiller, kSysexFiller)));
 }
@@ -73,8 +77,9 @@ TEST(MidiExportTest, APartBecomesANamedFirstTrackAndOneTrackPerDeviceTrack)
     ASSERT_EQ(file.tracks.size(), 9u);
 
     // Parts play at 120 in bars of four beats.
-    EXPECT_EQ(Timeline(*file.tracks[0]),
-              Concat({Names("VERSE"), {kFourFour, kTempo120, "0 meta 06 \"VERSE\"", "384 meta 2f"}}));
+    EXPECT_EQ(
+        Timeline(*file.tracks[0]),
+        Concat({Names("VERSE"), {kFourFour, kTempo120, "0 meta 06 \"VERSE\"", "384 meta 2f"}}));
     // The forced channel 3 goes on every channel event, whatever channel it
     // was recorded on, and into a channel prefix for the import. The note-off
     // at 96 comes before the other messages of its tick.
@@ -97,8 +102,9 @@ TEST(MidiExportTest, NotesOfOneKeyNeverOverlap)
     CMmt8Memory memory;
     CMmt8Part& part = memory.Part(0);
     part.beats = 4;
-    part.tracks[0] = TrackOf(0, Note(0, 60, 200), Untimed(Note(0, 60, 300, 1)), Note(100, 60, 50),
-                             Note(150, 60, 0), Note(200, 60, 40, 0, 0), Untimed(Note(200, 61, 10, 1)));
+    part.tracks[0] =
+        TrackOf(0, Note(0, 60, 200), Untimed(Note(0, 60, 300, 1)), Note(100, 60, 50),
+                Note(150, 60, 0), Note(200, 60, 40, 0, 0), Untimed(Note(200, 61, 10, 1)));
     const CMidiFile file = Exported(memory, Select(Kind::Part, 0));
     EXPECT_EQ(Timeline(*file.tracks[1]),
               Concat({DeviceTrack(1),
@@ -116,11 +122,12 @@ TEST(MidiExportTest, SysexPiecesAreJoinedIntoTheirMessages)
         return Make<CMmt8SysexEvent>(time, a, b, c);
     };
     constexpr std::uint8_t f = kSysexFiller;
-    part.tracks[0] = TrackOf(0, piece(0, 0x41, 0x10, 0x42), Untimed(piece(0, 0x12, f, f)),
-                             Untimed(piece(0, 0x43, 0x10, 0x4C)), Untimed(piece(0, 0, 0, 0x7E)),
-                             Untimed(piece(0, 0, 0x01, f)), piece(5, 1, 2, 3),
-                             Untimed(Make<CMmt8ControlEvent>(5, 0, 1, 2)), Untimed(piece(5, 4, 5, 6)),
-                             piece(6, 7, 8, 9), piece(7, 0x0A, f, 0x0B), piece(8, 0x05, 0xFF, 0x81));
+    part.tracks[0] =
+        TrackOf(0, piece(0, 0x41, 0x10, 0x42), Untimed(piece(0, 0x12, f, f)),
+                Untimed(piece(0, 0x43, 0x10, 0x4C)), Untimed(piece(0, 0, 0, 0x7E)),
+                Untimed(piece(0, 0, 0x01, f)), piece(5, 1, 2, 3),
+                Untimed(Make<CMmt8ControlEvent>(5, 0, 1, 2)), Untimed(piece(5, 4, 5, 6)),
+                piece(6, 7, 8, 9), piece(7, 0x0A, f, 0x0B), piece(8, 0x05, 0xFF, 0x81));
     const CMidiFile file = Exported(memory, Select(Kind::Part, 0));
     EXPECT_EQ(Timeline(*file.tracks[1]),
               Concat({DeviceTrack(1),
@@ -146,9 +153,9 @@ TEST(MidiExportTest, PartsFollowEachOtherEachAfterItsMarker)
     EXPECT_EQ(Timeline(*file.tracks[0]),
               (Lines{Bar(0, 1), kTempo120, "0 meta 06 \" END\"", Bar(96, 2), "96 meta 06 \"INTRO\"",
                      Bar(288, 3), "288 meta 06 \"Part 07\"", "576 meta 2f"}));
-    EXPECT_EQ(Timeline(*file.tracks[1]),
-              Concat({DeviceTrack(1), {"0 meta 20 0f", "5 cf 03", "96 meta 20 03", "96 c3 01",
-                                       "488 c0 02", "576 meta 2f"}}));
+    EXPECT_EQ(Timeline(*file.tracks[1]), Concat({DeviceTrack(1),
+                                                 {"0 meta 20 0f", "5 cf 03", "96 meta 20 03",
+                                                  "96 c3 01", "488 c0 02", "576 meta 2f"}}));
     EXPECT_EQ(Exported(memory, Select(Kind::AllParts)).tracks[0]->events.size(), 8u);
 }
 
@@ -178,18 +185,19 @@ TEST(MidiExportTest, ASongSoundsAsTheDevicePlaysIt)
     const CMidiFile file = Exported(memory, Select(Kind::Song, 4));
     ASSERT_EQ(file.tracks.size(), 9u);
     EXPECT_EQ(Timeline(*file.tracks[0]),
-              Concat({Names("SONG"), {Bar(0, 2), kTempo120, "0 meta 06 \"A\"", Bar(192, 1),
-                                      "192 meta 06 \"B\"", Bar(288, 2), "288 meta 06 \"A\"",
-                                      "480 meta 2f"}}));
+              Concat({Names("SONG"),
+                      {Bar(0, 2), kTempo120, "0 meta 06 \"A\"", Bar(192, 1), "192 meta 06 \"B\"",
+                       Bar(288, 2), "288 meta 06 \"A\"", "480 meta 2f"}}));
     // Forced channel 5 on part 1's first track, its note cut at the part's
     // end; part 2's track is not forced and keeps the note's channel.
     EXPECT_EQ(Timeline(*file.tracks[1]),
-              Concat({DeviceTrack(1), {"0 meta 20 04", "0 94 3c 64", "100 b4 07 01", "192 84 3c 40",
-                                         "192 99 3e 64", "240 89 3e 40", "480 meta 2f"}}));
+              Concat({DeviceTrack(1),
+                      {"0 meta 20 04", "0 94 3c 64", "100 b4 07 01", "192 84 3c 40", "192 99 3e 64",
+                       "240 89 3e 40", "480 meta 2f"}}));
     // The program at 200 lies past part 1's two beats: the device never plays it.
-    EXPECT_EQ(Timeline(*file.tracks[2]),
-              Concat({DeviceTrack(2), {"10 97 40 64", "30 87 40 40", "298 97 40 64",
-                                         "318 87 40 40", "480 meta 2f"}}));
+    EXPECT_EQ(Timeline(*file.tracks[2]), Concat({DeviceTrack(2),
+                                                 {"10 97 40 64", "30 87 40 40", "298 97 40 64",
+                                                  "318 87 40 40", "480 meta 2f"}}));
     EXPECT_EQ(Timeline(*file.tracks[3]), Concat({DeviceTrack(3), {"480 meta 2f"}}));
 }
 
@@ -215,12 +223,12 @@ TEST(MidiExportTest, ChosenStepsPlayInTheChosenOrder)
     CMmt8Memory memory;
     FillSong(memory);
     const CMidiFile file = Exported(memory, Select(Kind::Steps, 4, {2, 0, 7}));
-    EXPECT_EQ(Timeline(*file.tracks[0]),
-              Concat({Names("SONG"), {Bar(0, 2), kTempo120, "0 meta 06 \"A\"", "192 meta 06 \"A\"",
-                                      "384 meta 2f"}}));
-    EXPECT_EQ(Timeline(*file.tracks[1]),
-              Concat({DeviceTrack(1), {"192 meta 20 04", "192 94 3c 64", "292 b4 07 01", "384 84 3c 40",
-                                         "384 meta 2f"}}));
+    EXPECT_EQ(Timeline(*file.tracks[0]), Concat({Names("SONG"),
+                                                 {Bar(0, 2), kTempo120, "0 meta 06 \"A\"",
+                                                  "192 meta 06 \"A\"", "384 meta 2f"}}));
+    EXPECT_EQ(Timeline(*file.tracks[1]), Concat({DeviceTrack(1),
+                                                 {"192 meta 20 04", "192 94 3c 64", "292 b4 07 01",
+                                                  "384 84 3c 40", "384 meta 2f"}}));
 }
 
 TEST(MidiExportTest, ASelectionWithNothingToExportIsRefused)
@@ -267,7 +275,8 @@ TEST(MidiExportTest, LongSilencesStayReadable)
     const auto readBack = [&](const MidiSelection& selection) {
         return ReadMidi(ExportedBytes(memory, selection));
     };
-    for (const CMidiFile& file : {readBack(Select(Kind::Song, 0)), readBack(Select(Kind::Parts, 0, {1, 2}))})
+    for (const CMidiFile& file :
+         {readBack(Select(Kind::Song, 0)), readBack(Select(Kind::Parts, 0, {1, 2}))})
         for (const auto& track : file.tracks)
             for (const auto& event : track->events)
                 EXPECT_TRUE(event->GetDeltaTime() <= 0x1FFFFF && event->GetDeltaTime() != 0xFFFF);
@@ -279,8 +288,9 @@ TEST(MidiExportTest, LongSilencesStayReadable)
                              std::to_string(last + 1) + " 80 3c 40",
                              std::to_string(last + 65472) + " meta 2f"}}));
     EXPECT_EQ(Timeline(*readBack(Select(Kind::Parts, 0, {1, 2})).tracks[1]),
-              Concat({DeviceTrack(1), {"0 90 3c 64", "1 80 3c 40", "65535 meta 01 \"\"",
-                                         "65536 90 3c 64", "65537 80 3c 40", "65568 meta 2f"}}));
+              Concat({DeviceTrack(1),
+                      {"0 90 3c 64", "1 80 3c 40", "65535 meta 01 \"\"", "65536 90 3c 64",
+                       "65537 80 3c 40", "65568 meta 2f"}}));
 }
 
 TEST(MidiExportTest, WritesTheFileOrSaysWhyNot)

@@ -31,14 +31,16 @@ TEST(MidiFileReadTest, HeaderLengthMovesTheStream)
 
     // A length of 4 moves back two bytes, into the division, which here
     // starts the track's id.
-    const CMidiFile moved = ReadMidi(Join({Text("MThd"), {0, 0, 0, 4, 0, 1, 0, 1}, Text("MTrk"),
+    const CMidiFile moved = ReadMidi(Join({Text("MThd"),
+                                           {0, 0, 0, 4, 0, 1, 0, 1},
+                                           Text("MTrk"),
                                            {0, 0, 0, 4, 0x00, 0x90, 0x3C, 0x64}}));
     EXPECT_EQ(moved.header.division, 0x4D54);
     EXPECT_EQ(moved.tracks.size(), 1u);
 
     // A move before the start of the bytes ends reading.
-    const Bytes before = Join({Text("MThd"), {0xFF, 0xFF, 0xFF, 0xF0, 0, 1, 0, 1, 0, 96},
-                               kNoteTrack});
+    const Bytes before =
+        Join({Text("MThd"), {0xFF, 0xFF, 0xFF, 0xF0, 0, 1, 0, 1, 0, 96}, kNoteTrack});
     const CMidiFile ended = ReadMidi(before);
     EXPECT_EQ(ended.header.division, 96);
     EXPECT_TRUE(ended.tracks.empty());
@@ -46,11 +48,11 @@ TEST(MidiFileReadTest, HeaderLengthMovesTheStream)
 
 TEST(MidiFileReadTest, StopsAtTheFirstChunkThatIsNoTrack)
 {
-    const Bytes unknown = Join({HeaderChunk(1, 3, 96), kNoteTrack, Chunk("XFIH", {1, 2}),
-                                kNoteTrack});
+    const Bytes unknown =
+        Join({HeaderChunk(1, 3, 96), kNoteTrack, Chunk("XFIH", {1, 2}), kNoteTrack});
     EXPECT_EQ(ReadMidi(unknown).tracks.size(), 1u);
-    const Bytes secondHeader = Join({HeaderChunk(1, 2, 96), kNoteTrack,
-                                     Chunk("MThd", {0x00, 0x90, 0x3C, 0x64}), kNoteTrack});
+    const Bytes secondHeader = Join(
+        {HeaderChunk(1, 2, 96), kNoteTrack, Chunk("MThd", {0x00, 0x90, 0x3C, 0x64}), kNoteTrack});
     EXPECT_EQ(ReadMidi(secondHeader).tracks.size(), 1u);
 }
 
@@ -70,9 +72,9 @@ TEST(MidiFileReadTest, DeltaTimesKeepTheReadersLimits)
 {
     // Four delta bytes: three make 0x4000, the fourth is a running-status
     // data byte.
-    const CMidiFile four = ReadMidi(Join(
-        {HeaderChunk(0, 1, 96),
-         Chunk("MTrk", {0x00, 0x90, 0x3C, 0x64, 0x81, 0x80, 0x80, 0x00, 0x40})}));
+    const CMidiFile four =
+        ReadMidi(Join({HeaderChunk(0, 1, 96),
+                       Chunk("MTrk", {0x00, 0x90, 0x3C, 0x64, 0x81, 0x80, 0x80, 0x00, 0x40})}));
     EXPECT_EQ(ListEvents(four), "header 0 1 96\ntrack\n0 channel 90 3c 64\n"
                                 "16384 channel 90 00 40\n");
 
@@ -80,8 +82,7 @@ TEST(MidiFileReadTest, DeltaTimesKeepTheReadersLimits)
     // and reading ends with it.
     const CMidiFile sentinel = ReadMidi(Join(
         {HeaderChunk(1, 3, 96), kNoteTrack,
-         Chunk("MTrk", {0x00, 0x90, 0x3C, 0x64, 0x83, 0xFF, 0x7F, 0x80, 0x3C, 0x00}),
-         kNoteTrack}));
+         Chunk("MTrk", {0x00, 0x90, 0x3C, 0x64, 0x83, 0xFF, 0x7F, 0x80, 0x3C, 0x00}), kNoteTrack}));
     EXPECT_EQ(sentinel.tracks.size(), 1u);
 }
 
@@ -95,18 +96,18 @@ TEST(MidiFileReadTest, DamageInsideAnEventKeepsTheEventsBefore)
         std::size_t events;
     };
     const Case cases[] = {
-        {"cut inside an event", Join({Text("MTrk"), {0, 0, 0, 8, 0x00, 0x90, 0x3C, 0x64, 0x00,
-                                                      0x90, 0x3C}}), 1, 1},
-        {"cut before a status", Join({Text("MTrk"), {0, 0, 0, 8, 0x00, 0x90, 0x3C, 0x64, 0x00}}),
-         0, 0},
-        {"cut in a delta time", Join({Text("MTrk"), {0, 0, 0, 8, 0x00, 0x90, 0x3C, 0x64, 0x81}}),
-         0, 0},
+        {"cut inside an event",
+         Join({Text("MTrk"), {0, 0, 0, 8, 0x00, 0x90, 0x3C, 0x64, 0x00, 0x90, 0x3C}}), 1, 1},
+        {"cut before a status", Join({Text("MTrk"), {0, 0, 0, 8, 0x00, 0x90, 0x3C, 0x64, 0x00}}), 0,
+         0},
+        {"cut in a delta time", Join({Text("MTrk"), {0, 0, 0, 8, 0x00, 0x90, 0x3C, 0x64, 0x81}}), 0,
+         0},
         // 2 MB declared in a file of a few bytes: refused without allocating.
         {"SysEx longer than the file",
          Chunk("MTrk", {0x00, 0x90, 0x3C, 0x64, 0x00, 0xF0, 0xFF, 0xFF, 0x7F, 0x43, 0xF7}), 1, 1},
         {"meta longer than the file", Chunk("MTrk", {0x00, 0xFF, 0x03, 0x05, 'a'}), 1, 0},
-        {"meta without its type", Join({Text("MTrk"), {0, 0, 0, 6, 0x00, 0x90, 0x3C, 0x64, 0x00,
-                                                        0xFF}}), 1, 1},
+        {"meta without its type",
+         Join({Text("MTrk"), {0, 0, 0, 6, 0x00, 0x90, 0x3C, 0x64, 0x00, 0xFF}}), 1, 1},
         {"data byte without a status", Chunk("MTrk", {0x00, 0x3C, 0x64}), 1, 0},
     };
     for (const Case& c : cases) {
@@ -120,9 +121,9 @@ TEST(MidiFileReadTest, DamageInsideAnEventKeepsTheEventsBefore)
 
 TEST(MidiFileReadTest, OnlyTheChunkLengthEndsATrack)
 {
-    const CMidiFile file = ReadMidi(Join(
-        {HeaderChunk(0, 1, 96),
-         Chunk("MTrk", {0x00, 0xFF, 0x2F, 0x00, 0x10, 0x80, 0x3C, 0x40}), kNoteTrack}));
+    const CMidiFile file = ReadMidi(
+        Join({HeaderChunk(0, 1, 96),
+              Chunk("MTrk", {0x00, 0xFF, 0x2F, 0x00, 0x10, 0x80, 0x3C, 0x40}), kNoteTrack}));
     ASSERT_EQ(file.tracks.size(), 2u);
     EXPECT_EQ(file.tracks[0]->events.size(), 2u);
     EXPECT_EQ(file.tracks[0]->GetLength(), 8u);

@@ -15,8 +15,7 @@ namespace {
 
 using Events = std::vector<std::unique_ptr<CMidiEvent>>;
 
-template <typename... Event>
-Events MakeEvents(Event... events)
+template <typename... Event> Events MakeEvents(Event... events)
 {
     Events list;
     (list.push_back(std::move(events)), ...);
@@ -47,13 +46,15 @@ CMidiFile MakeRichFile()
 
 TEST(MidiFileWriteTest, RunningStatusOnlyBetweenEqualStatusBytes)
 {
-    CMidiFile file = MakeFile(0, 96, MakeTracks(MakeEvents(
-        Channel(0, 0x90, 60, 100), Channel(0, 0x90, 64, 100), Channel(0, 0x91, 67, 100),
-        Meta(0, 0x01, {'x'}), Channel(0, 0x91, 67, 0))));
+    CMidiFile file =
+        MakeFile(0, 96,
+                 MakeTracks(MakeEvents(Channel(0, 0x90, 60, 100), Channel(0, 0x90, 64, 100),
+                                       Channel(0, 0x91, 67, 100), Meta(0, 0x01, {'x'}),
+                                       Channel(0, 0x91, 67, 0))));
     EXPECT_EQ(WriteMidi(file),
               Join({HeaderChunk(0, 1, 96),
-                    Chunk("MTrk", {0x00, 0x90, 60, 100, 0x00, 64, 100, 0x00, 0x91, 67, 100,
-                                   0x00, 0xFF, 0x01, 0x01, 'x', 0x00, 0x91, 67, 0})}));
+                    Chunk("MTrk", {0x00, 0x90, 60,   100,  0x00, 64,  100,  0x00, 0x91, 67,
+                                   100,  0x00, 0xFF, 0x01, 0x01, 'x', 0x00, 0x91, 67,   0})}));
 }
 
 TEST(MidiFileWriteTest, ChunkLengthsArePatchedOnce)
@@ -131,10 +132,11 @@ TEST(MidiFileWriteTest, WriteRawGivesBareMessages)
 
 TEST(MidiFileWriteTest, ExplodeSplitsFormatZeroByChannel)
 {
-    CMidiFile file = MakeFile(0, 120, MakeTracks(MakeEvents(
-        Meta(0, 0x03, Text("song")), Channel(10, 0x99, 36, 100), Channel(5, 0x90, 60, 100),
-        Sysex(5, 0xF0, {0x7E, 0xF7}), Channel(20, 0x89, 36, 0), Channel(0, 0x80, 60, 0),
-        Meta(7, 0x2F))));
+    CMidiFile file = MakeFile(
+        0, 120,
+        MakeTracks(MakeEvents(Meta(0, 0x03, Text("song")), Channel(10, 0x99, 36, 100),
+                              Channel(5, 0x90, 60, 100), Sysex(5, 0xF0, {0x7E, 0xF7}),
+                              Channel(20, 0x89, 36, 0), Channel(0, 0x80, 60, 0), Meta(7, 0x2F))));
     ASSERT_TRUE(file.ExplodeType0());
     EXPECT_EQ(ListEvents(file), "header 0 0 120\n"
                                 "track\n0 meta 03 73 6f 6e 67\n20 sysex f0 7e f7\n0 meta 2f\n"

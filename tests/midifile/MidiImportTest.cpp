@@ -1,7 +1,7 @@
 // The conversion of MIDI tracks into device tracks and its distribution
 // into parts and songs.
-#include "support/MidiFileBuilders.h"
 #include "model/EventBuilders.h"
+#include "support/MidiFileBuilders.h"
 
 #include "midifile/ImportClock.h"
 #include "midifile/ImportTrackConverter.h"

@@ -1,7 +1,7 @@
 // An outside reader and writer agrees with ours: Debian's mido makes files
 // that we read event for event, and reads the files we write as we meant them.
-#include "support/MidiFileBuilders.h"
 #include "MidoPeer.h"
+#include "support/MidiFileBuilders.h"
 
 #include "midifile/MidiFileStream.h"
 #include "support/TempDir.h"

@@ -19,8 +19,8 @@ namespace {
 class RegistrySettingsTest : public ::testing::Test {
 protected:
     const std::string m_program = "Tarvix test " + std::to_string(_getpid());
-    const std::wstring m_path = L"Software\\Quillon\\" + std::wstring(m_program.begin(),
-                                                                        m_program.end());
+    const std::wstring m_path =
+        L"Software\\Quillon\\" + std::wstring(m_program.begin(), m_program.end());
 
     void TearDown() override { ::RegDeleteTreeW(HKEY_CURRENT_USER, m_path.c_str()); }
 
@@ -41,9 +41,9 @@ protected:
                            nullptr, &size) != ERROR_SUCCESS)
             return raw;
         raw.bytes.resize(size);
-        raw.present = ::RegGetValueW(HKEY_CURRENT_USER, path.c_str(), name.c_str(),
-                                     RRF_RT_ANY | RRF_NOEXPAND, &raw.type, raw.bytes.data(),
-                                     &size) == ERROR_SUCCESS;
+        raw.present =
+            ::RegGetValueW(HKEY_CURRENT_USER, path.c_str(), name.c_str(), RRF_RT_ANY | RRF_NOEXPAND,
+                           &raw.type, raw.bytes.data(), &size) == ERROR_SUCCESS;
         return raw;
     }
     std::uint32_t StoredDword(const std::wstring& name) const
@@ -68,9 +68,9 @@ protected:
         ASSERT_EQ(::RegCreateKeyExW(HKEY_CURRENT_USER, m_path.c_str(), 0, nullptr, 0,
                                     KEY_ALL_ACCESS, nullptr, &key, nullptr),
                   ERROR_SUCCESS);
-        EXPECT_EQ(::RegSetValueExW(key, name.c_str(), 0, type, static_cast<const BYTE*>(data),
-                                   size),
-                  ERROR_SUCCESS);
+        EXPECT_EQ(
+            ::RegSetValueExW(key, name.c_str(), 0, type, static_cast<const BYTE*>(data), size),
+            ERROR_SUCCESS);
         ::RegCloseKey(key);
     }
 };
@@ -92,11 +92,10 @@ TEST_F(RegistrySettingsTest, FirstStartFillsTheKeyWithEveryDefault)
     EXPECT_EQ(Stored(L"FixedFontName").bytes.size(), 8 * sizeof(wchar_t));
 
     HKEY key = nullptr;
-    ASSERT_EQ(::RegOpenKeyExW(HKEY_CURRENT_USER, m_path.c_str(), 0, KEY_READ, &key),
-              ERROR_SUCCESS);
+    ASSERT_EQ(::RegOpenKeyExW(HKEY_CURRENT_USER, m_path.c_str(), 0, KEY_READ, &key), ERROR_SUCCESS);
     DWORD values = 0;
-    ::RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &values,
-                       nullptr, nullptr, nullptr, nullptr);
+    ::RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &values, nullptr,
+                       nullptr, nullptr, nullptr);
     ::RegCloseKey(key);
     EXPECT_EQ(values, 16u);
 }
@@ -160,8 +159,7 @@ TEST_F(RegistrySettingsTest, BinaryValuesAndSubKeys)
     EXPECT_EQ(read, (std::array<std::uint8_t, 4>{7, 7, 7, 7}));
     EXPECT_EQ(key.ReadBinaryValue("Missing", read), kSettingsWrongValue);
 
-    EXPECT_EQ(key.WriteStringValue("File1", "C:\\songs\\\xE2\x99\xAA.syx",
-                                   "Recent Document List"),
+    EXPECT_EQ(key.WriteStringValue("File1", "C:\\songs\\\xE2\x99\xAA.syx", "Recent Document List"),
               kSettingsSuccess);
     EXPECT_EQ(Stored(L"File1", L"Recent Document List").type, static_cast<DWORD>(REG_SZ));
     std::string file;

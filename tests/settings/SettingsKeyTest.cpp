@@ -47,7 +47,8 @@ TEST_F(SettingsStoreTest, DwordReadTakesOnlyWhatMeansA32BitNumber)
     EXPECT_EQ(value, 256u);
     EXPECT_EQ(Stored("Missing").toString(), "256");
 
-    const std::pair<QVariant, std::uint32_t> cases[] = { // 7 is the default
+    const std::pair<QVariant, std::uint32_t> cases[] = {
+        // 7 is the default
         {QString(" 42 "), 42},
         {QString("4294967295"), 4294967295u},
         {QByteArray("\x10\x01\x00\x00", 4), 0x110},
@@ -80,7 +81,8 @@ TEST_F(SettingsStoreTest, StringOfMoreThan255CharactersOrBinaryReadsAsDefault)
         Plant("MidiInDevice", stored);
         std::string value;
         m_key.ReadStringValue("MidiInDevice", value, "default");
-        const bool fits = stored.typeId() == QMetaType::QString && stored.toString() != tooLong.c_str();
+        const bool fits =
+            stored.typeId() == QMetaType::QString && stored.toString() != tooLong.c_str();
         EXPECT_EQ(value, fits ? stored.toString().toStdString() : "default");
         EXPECT_EQ(Stored("MidiInDevice").toString().toStdString(), value);
     }
@@ -88,9 +90,11 @@ TEST_F(SettingsStoreTest, StringOfMoreThan255CharactersOrBinaryReadsAsDefault)
 
 TEST_F(SettingsStoreTest, StringsSurviveTheStoresOwnSyntax)
 {
-    for (const std::string name : {"", "Port 1, Port 2", "  spaced  ", "@ByteArray(x)",
-                                   "C:\\back \"quoted\"; not a comment",
-                                   "Scarlett 2i2 USB MIDI 1 24:0", "Gr\xC3\xBC\xC3\x9F" "e"}) {
+    for (const std::string name :
+         {"", "Port 1, Port 2", "  spaced  ", "@ByteArray(x)", "C:\\back \"quoted\"; not a comment",
+          "Scarlett 2i2 USB MIDI 1 24:0",
+          "Gr\xC3\xBC\xC3\x9F"
+          "e"}) {
         ASSERT_EQ(m_key.WriteStringValue("MidiOutDevice", name), kSettingsSuccess);
         std::string value = "unset";
         m_key.ReadStringValue("MidiOutDevice", value, "default");

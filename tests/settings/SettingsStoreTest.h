@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/TempDir.h"
 #include "settings/SettingsKey.h"
+#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 

@@ -12,14 +12,13 @@ using testing::SettingsStoreTest;
 
 void ExpectDefaults(const SettingValues& v)
 {
-    const std::vector<std::uint32_t> flags = {v.loadDeviceOnStart, v.loadLastFileOnStart,
+    const std::vector<std::uint32_t> flags = {v.loadDeviceOnStart,     v.loadLastFileOnStart,
                                               v.showToolBarButtonText, v.showMidiNoteName,
-                                              v.showMidiProgramName, v.showMidiControllerName};
+                                              v.showMidiProgramName,   v.showMidiControllerName};
     EXPECT_EQ(flags, (std::vector<std::uint32_t>{0, 0, 0, 1, 1, 1}));
-    const std::vector<std::uint32_t> numbers = {v.midiInBufSize, v.midiInBufNumber,
-                                                v.midiOutBufSize, v.midiOutBufNumber,
-                                                v.midiOutSyxDelay, v.midiOutBufDelay,
-                                                v.fixedFontSize};
+    const std::vector<std::uint32_t> numbers = {
+        v.midiInBufSize,   v.midiInBufNumber, v.midiOutBufSize, v.midiOutBufNumber,
+        v.midiOutSyxDelay, v.midiOutBufDelay, v.fixedFontSize};
     EXPECT_EQ(numbers, (std::vector<std::uint32_t>{256, 64, 256, 64, 100, 10, 10}));
     EXPECT_EQ(v.midiInDevice + v.midiOutDevice, "");
     EXPECT_EQ(v.fixedFontName, "Courier");
@@ -36,10 +35,10 @@ TEST(SettingsTest, ExitSaveOrderIsTheLoadOrderWithoutTheFontValues)
     }
     const std::vector<std::string> exitOrder = {
         "LoadDeviceOnStart", "LoadLastFileOnStart", "ShowToolBarButtonText",
-        "ShowMidiNoteName", "ShowMidiProgramName", "ShowMidiControllerName",
-        "MidiInDevice", "MidiInBufSize", "MidiInBufNumber",
-        "MidiOutDevice", "MidiOutBufSize", "MidiOutBufNumber",
-        "MidiOutSyxDelay", "MidiOutBufDelay",
+        "ShowMidiNoteName",  "ShowMidiProgramName", "ShowMidiControllerName",
+        "MidiInDevice",      "MidiInBufSize",       "MidiInBufNumber",
+        "MidiOutDevice",     "MidiOutBufSize",      "MidiOutBufNumber",
+        "MidiOutSyxDelay",   "MidiOutBufDelay",
     };
     EXPECT_EQ(saved, exitOrder);
     std::vector<std::string> loadOrder = exitOrder;

@@ -130,7 +130,8 @@ TEST_F(SimulatedMmt8Test, SendsItsMemoryAsItIsOnEveryRequest)
     Start(memory);
 
     ASSERT_TRUE(device->RequestSend());
-    ASSERT_TRUE(WaitUntil([&] { return Arrived().size() >= memory.size() && !device->IsSending(); }));
+    ASSERT_TRUE(
+        WaitUntil([&] { return Arrived().size() >= memory.size() && !device->IsSending(); }));
     EXPECT_EQ(Arrived(), memory);
 
     ASSERT_TRUE(device->RequestSend());
@@ -235,9 +236,10 @@ TEST_F(SimulatedMmt8Test, AtWireSpeedInputFasterThanTheCableOverflowsItsBufferAn
 
     // All at once, as a sender that ignores the cable would hand it over.
     cable.Feed(dump);
-    ASSERT_TRUE(PollUntil([&] { return Logged("Ignored damaged Alesis MMT8 sysex " +
-                                              std::to_string(dump.size()) + " bytes"); }))
-        << LogText();
+    ASSERT_TRUE(PollUntil([&] {
+        return Logged("Ignored damaged Alesis MMT8 sysex " + std::to_string(dump.size()) +
+                      " bytes");
+    })) << LogText();
 
     const std::string text = LogText();
     EXPECT_NE(text.find("the input buffer of 300 bytes overflowed"), std::string::npos) << text;

@@ -18,13 +18,14 @@ namespace {
 class VirtualPortDriverTest : public ::testing::Test {
 protected:
     VirtualPortDriverTest()
-        : ports(backend,
-                [this](MidiDirection direction, const std::string& name, MidiCallback callback,
-                       void* instance, MidiHandle& handle) {
-                    opened.push_back(name);
-                    return backend.Open(direction, 0, callback, instance, handle);
-                },
-                "in", "out")
+        : ports(
+              backend,
+              [this](MidiDirection direction, const std::string& name, MidiCallback callback,
+                     void* instance, MidiHandle& handle) {
+                  opened.push_back(name);
+                  return backend.Open(direction, 0, callback, instance, handle);
+              },
+              "in", "out")
     {
     }
 

@@ -173,8 +173,7 @@ std::string ChildProcess::ReadErr() const
     return ReadText(m_errPath);
 }
 
-bool ChildProcess::WaitForOutput(const std::string& text, std::chrono::seconds limit,
-                                 bool onStderr)
+bool ChildProcess::WaitForOutput(const std::string& text, std::chrono::seconds limit, bool onStderr)
 {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     for (;;) {
@@ -192,8 +191,7 @@ std::string ChildProcess::Describe() const
     return Describe(m_exit, ReadOut(), ReadErr());
 }
 
-std::string ChildProcess::Describe(const Exit& exit, const std::string& out,
-                                   const std::string& err)
+std::string ChildProcess::Describe(const Exit& exit, const std::string& out, const std::string& err)
 {
     std::string text = "exit " + std::to_string(exit.code);
     if (exit.signal != 0)

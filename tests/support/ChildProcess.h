@@ -16,8 +16,8 @@ namespace tarvix::testing {
 class ChildProcess {
 public:
     struct Exit {
-        int code = -1;    // the exit status, -1 when it did not exit
-        int signal = 0;   // the signal that ended it
+        int code = -1;  // the exit status, -1 when it did not exit
+        int signal = 0; // the signal that ended it
         bool timedOut = false;
     };
 

@@ -120,8 +120,7 @@ void FillRandomDocument(CMmt8Memory& memory, std::mt19937& random,
 }
 
 namespace {
-template <typename... Parts>
-std::string Describe(const Parts&... parts)
+template <typename... Parts> std::string Describe(const Parts&... parts)
 {
     std::ostringstream out;
     (out << ... << parts);
@@ -140,12 +139,14 @@ std::string DescribeDifference(const CMmt8Memory& expected, const CMmt8Memory& a
         const CMmt8Part& a = expected.Part(p);
         const CMmt8Part& b = actual.Part(p);
         if (a.beats != b.beats || a.name != b.name)
-            return Describe("part ", p, ": beats ", a.beats, "/", b.beats, ", name '", a.name, "'/'", b.name, "'");
+            return Describe("part ", p, ": beats ", a.beats, "/", b.beats, ", name '", a.name,
+                            "'/'", b.name, "'");
         for (int t = 0; t < kTracksPerPart; ++t) {
             const CMmt8Track& x = a.tracks[std::size_t(t)];
             const CMmt8Track& y = b.tracks[std::size_t(t)];
             if (x.channel != y.channel || x.events.size() != y.events.size())
-                return Describe("part ", p, " track ", t + 1, ": channel ", int(x.channel), "/", int(y.channel), ", events ", x.events.size(), "/", y.events.size());
+                return Describe("part ", p, " track ", t + 1, ": channel ", int(x.channel), "/",
+                                int(y.channel), ", events ", x.events.size(), "/", y.events.size());
             for (std::size_t e = 0; e < x.events.size(); ++e) {
                 const CMmt8Event& m = *x.events[e];
                 const CMmt8Event& n = *y.events[e];
@@ -159,10 +160,12 @@ std::string DescribeDifference(const CMmt8Memory& expected, const CMmt8Memory& a
                                ? static_cast<const CMmt8PitchBendEvent&>(ev).value
                                : 0;
                 };
-                if (m.GetTypeCode() != n.GetTypeCode() || m.time != n.time ||
-                    m.timed != n.timed || m.channel != n.channel || m.data1 != n.data1 ||
-                    m.data2 != n.data2 || duration(m) != duration(n) || value(m) != value(n))
-                    return Describe("part ", p, " track ", t + 1, " event ", e, " differs (kind ", m.GetTypeCode(), "/", n.GetTypeCode(), ", time ", m.time, "/", n.time, ")");
+                if (m.GetTypeCode() != n.GetTypeCode() || m.time != n.time || m.timed != n.timed ||
+                    m.channel != n.channel || m.data1 != n.data1 || m.data2 != n.data2 ||
+                    duration(m) != duration(n) || value(m) != value(n))
+                    return Describe("part ", p, " track ", t + 1, " event ", e, " differs (kind ",
+                                    m.GetTypeCode(), "/", n.GetTypeCode(), ", time ", m.time, "/",
+                                    n.time, ")");
             }
         }
     }
@@ -170,7 +173,9 @@ std::string DescribeDifference(const CMmt8Memory& expected, const CMmt8Memory& a
         const CMmt8Song& a = expected.Song(s);
         const CMmt8Song& b = actual.Song(s);
         if (a.tempo != b.tempo || a.name != b.name || a.steps != b.steps)
-            return Describe("song ", s, ": tempo ", int(a.tempo), "/", int(b.tempo), ", name '", a.name, "'/'", b.name, "', steps ", a.steps.size(), "/", b.steps.size());
+            return Describe("song ", s, ": tempo ", int(a.tempo), "/", int(b.tempo), ", name '",
+                            a.name, "'/'", b.name, "', steps ", a.steps.size(), "/",
+                            b.steps.size());
     }
     return {};
 }

@@ -43,14 +43,16 @@ TEST_F(DialogsTest, PartLengthRefusesWhatIsNotABeatCount)
     CPartLengthDialog dialog(4);
     dialog.show();
     EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Part length"));
-    EXPECT_EQ(dialog.findChild<QLabel*>(QStringLiteral("note"))->text(),
-              QStringLiteral("Note: decreasing number of beats delets all part data beyond new end."));
+    EXPECT_EQ(
+        dialog.findChild<QLabel*>(QStringLiteral("note"))->text(),
+        QStringLiteral("Note: decreasing number of beats delets all part data beyond new end."));
     for (const char* refused : {"683", "-1", "", "12x"}) {
         const int shown = CMessageBox::ShownCount();
         EXPECT_FALSE(Confirm(dialog, refused)) << refused;
         EXPECT_EQ(CMessageBox::ShownCount(), shown + 1);
-        EXPECT_EQ(CMessageBox::LastText(),
-                  QStringLiteral("Invalid beat count value. Please enter an integer between 0 and 682."));
+        EXPECT_EQ(
+            CMessageBox::LastText(),
+            QStringLiteral("Invalid beat count value. Please enter an integer between 0 and 682."));
         EXPECT_EQ(CMessageBox::LastIcon(), QMessageBox::Critical);
         EXPECT_TRUE(dialog.isVisible());
         EXPECT_EQ(dialog.Field().SelectedText(), QString::fromLatin1(refused));
@@ -68,7 +70,8 @@ TEST_F(DialogsTest, SongTempoAcceptsTwentyToTwoHundredFiftyFive)
     for (const char* refused : {"19", "256", "abc"}) {
         EXPECT_FALSE(Confirm(dialog, refused)) << refused;
         EXPECT_EQ(CMessageBox::LastText(),
-                  QStringLiteral("Invalid song tempo value. Please enter an integer between 20 and 255."));
+                  QStringLiteral(
+                      "Invalid song tempo value. Please enter an integer between 20 and 255."));
         EXPECT_EQ(dialog.Field().SelectedText(), QString::fromLatin1(refused));
     }
     EXPECT_TRUE(Confirm(dialog, " 20 "));
@@ -92,7 +95,8 @@ TEST_F(DialogsTest, TheArrowsStayWithinTheRange)
     EXPECT_EQ(field.Value(), 21);
     // Wide enough to show the largest number of its range.
     field.SetRange(64, 65535);
-    EXPECT_GT(field.sizeHint().width(), field.fontMetrics().horizontalAdvance(QStringLiteral("65535")));
+    EXPECT_GT(field.sizeHint().width(),
+              field.fontMetrics().horizontalAdvance(QStringLiteral("65535")));
 }
 
 class StepPropertiesTest : public DialogsTest {
@@ -103,7 +107,10 @@ protected:
         steps = {{3, 0xFF}, {12, 0x15}, {0, 0x00}};
     }
 
-    QComboBox& Parts(QDialog& dialog) { return *dialog.findChild<QComboBox*>(QStringLiteral("partList")); }
+    QComboBox& Parts(QDialog& dialog)
+    {
+        return *dialog.findChild<QComboBox*>(QStringLiteral("partList"));
+    }
     QString Checked(QDialog& dialog)
     {
         QString boxes;

@@ -110,7 +110,8 @@ TEST_F(EditCommandsTest, InsertStepAtTheSelectionOrAtTheStartUpToTheLimit)
     Frame().RefreshViews();
     SelectInList({NodeKind::Song, 7}, {10});
     TriggerAction("editInsertStep");
-    EXPECT_EQ(CMessageBox::LastText(), QStringLiteral("This would exceed max number of steps (255)."));
+    EXPECT_EQ(CMessageBox::LastText(),
+              QStringLiteral("This would exceed max number of steps (255)."));
     EXPECT_EQ(CMessageBox::LastIcon(), QMessageBox::Critical);
     EXPECT_EQ(Memory().Song(7).steps.size(), 255u);
     EXPECT_EQ(Memory().modified, 0);

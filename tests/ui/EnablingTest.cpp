@@ -48,9 +48,9 @@ TEST_F(EnablingTest, AtStartTheTreeIsActiveOnTheParts)
     Start();
     EXPECT_EQ(Frame().ActivePane(), Pane::Tree);
     EXPECT_EQ(Frame().CurrentNode(), (Node{NodeKind::AllParts, 0}));
-    for (const char* name : {"fileInit", "fileOpen", "fileSave", "fileSaveAs", "fileExit",
-                             "toolsMidiFileDump", "toolsOptions", "helpAbout", "editCopy",
-                             "editDelete", "fileImport", "fileExport"})
+    for (const char* name :
+         {"fileInit", "fileOpen", "fileSave", "fileSaveAs", "fileExit", "toolsMidiFileDump",
+          "toolsOptions", "helpAbout", "editCopy", "editDelete", "fileImport", "fileExport"})
         EXPECT_TRUE(IsEnabled(name)) << name;
     for (const char* name : {"fileReceive", "fileSend", "editPaste", "editSelectAll", "editRename",
                              "editAssign", "editPartBeats", "editInsertStep"})
@@ -76,9 +76,11 @@ TEST_F(EnablingTest, ListCommandsFollowTheListAndItsKind)
     EXPECT_EQ(Frame().ActivePane(), Pane::List);
     // Arriving from the tree with nothing selected selects the first row.
     EXPECT_EQ(Frame().List().SelectedRows(), std::vector<int>{0});
-    for (const char* name : {"editSelectAll", "editAssign", "editPartBeats", "editCopy", "editDelete"})
+    for (const char* name :
+         {"editSelectAll", "editAssign", "editPartBeats", "editCopy", "editDelete"})
         EXPECT_TRUE(IsEnabled(name)) << name;
-    for (const char* name : {"editTrackChannel", "editSongTempo", "editIncrement", "editInsertStep", "editRename"})
+    for (const char* name :
+         {"editTrackChannel", "editSongTempo", "editIncrement", "editInsertStep", "editRename"})
         EXPECT_FALSE(IsEnabled(name)) << name;
 
     Frame().Tree().SelectNode({NodeKind::Song, 4});
@@ -116,12 +118,13 @@ TEST_F(EnablingTest, PaneCommandsGoToTheActivePaneWithItsSelection)
     Frame().SwitchPane(Pane::List);
     Frame().List().selectRow(4);
     Frame().List().selectionModel()->select(Frame().List().model()->index(2, 0),
-                                            QItemSelectionModel::Select | QItemSelectionModel::Rows);
+                                            QItemSelectionModel::Select |
+                                                QItemSelectionModel::Rows);
     TriggerAction("fileExport");
     TriggerAction("editPartBeats");
-    EXPECT_EQ(m_commands->log, (QStringList{"33021 tree node 2.5 rows ", "57634 tree node 2.5 rows ",
-                                            "33013 list node 1.0 rows 2,4",
-                                            "33023 list node 1.0 rows 2,4"}));
+    EXPECT_EQ(m_commands->log,
+              (QStringList{"33021 tree node 2.5 rows ", "57634 tree node 2.5 rows ",
+                           "33013 list node 1.0 rows 2,4", "33023 list node 1.0 rows 2,4"}));
 }
 
 TEST_F(EnablingTest, FrameCommandsReachTheirHooks)

@@ -88,7 +88,8 @@ TEST_F(FileCommandsTest, AFileThatDoesNotLoadIsReportedAndTheViewsRefresh)
     CFileDialog::SetNextFileName(bad);
     TriggerAction("fileOpen");
     EXPECT_EQ(CMessageBox::ShownCount(), shown + 1);
-    EXPECT_TRUE(CMessageBox::LastText().startsWith(QStringLiteral("Invalid sysex"))) << CMessageBox::LastText().toStdString();
+    EXPECT_TRUE(CMessageBox::LastText().startsWith(QStringLiteral("Invalid sysex")))
+        << CMessageBox::LastText().toStdString();
     EXPECT_EQ(CMessageBox::LastIcon(), QMessageBox::Critical);
     EXPECT_EQ(Frame().windowTitle(), QStringLiteral("Tarvix"));
     EXPECT_TRUE(Frame().RecentFiles().Entries().isEmpty());

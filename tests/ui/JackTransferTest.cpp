@@ -5,12 +5,12 @@
 
 #include "framework/DialogRunner.h"
 #include "model/SysexDump.h"
-#include "support/JackServer.h"
-#include "support/RandomDocument.h"
-#include "transport/drivers/SystemMidiDriver.h"
 #include "settings/SettingsKey.h"
 #include "simulator/DeviceBackends.h"
 #include "simulator/SimulatedMmt8.h"
+#include "support/JackServer.h"
+#include "support/RandomDocument.h"
+#include "transport/drivers/SystemMidiDriver.h"
 #include "ui/transfer/MidiProgressDlg.h"
 
 #include <QApplication>
@@ -87,8 +87,8 @@ protected:
         m_backends = CreateDeviceBackends("tarvix-device");
         SimulatedMmt8::Options options;
         options.wireSpeed = wireSpeed;
-        m_device = std::make_unique<SimulatedMmt8>(std::move(memory), options,
-                                                   [](const std::string&) {});
+        m_device =
+            std::make_unique<SimulatedMmt8>(std::move(memory), options, [](const std::string&) {});
         for (DeviceBackend& backend : m_backends) {
             if (backend.system->GetName() != "JACK")
                 continue;
@@ -129,8 +129,9 @@ TEST_F(JackTransferTest, ReceiveTheDevicesDumpAtWireSpeedThenSendADocument)
         auto& progress = dynamic_cast<CMidiProgressDlg&>(dialog);
         progress.show();
         for (const char* state : {"To start", "Receiving", "Received"}) {
-            EXPECT_TRUE(WaitUntil([&] { return progress.StatusText().startsWith(QLatin1String(state)); }))
-                << state;
+            EXPECT_TRUE(WaitUntil([&] {
+                return progress.StatusText().startsWith(QLatin1String(state));
+            })) << state;
             states << progress.StatusText();
             if (states.size() == 1)
                 device.RequestSend();

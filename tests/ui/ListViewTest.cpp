@@ -31,7 +31,10 @@ QStringList Headers(const CListModel& model)
     return titles;
 }
 
-QString Number(std::uint32_t value) { return QString::number(value); }
+QString Number(std::uint32_t value)
+{
+    return QString::number(value);
+}
 
 TEST(ListModelTest, FourLayoutsWithTheirColumnsAndCells)
 {
@@ -49,19 +52,23 @@ TEST(ListModelTest, FourLayoutsWithTheirColumnsAndCells)
     EXPECT_EQ(Row(model, 99), (QStringList{" 99", "", "", Number(memory.GetPartSize(99))}));
 
     model.ShowNode({NodeKind::Part, 3});
-    EXPECT_EQ(Headers(model), (QStringList{"##", "Midi channel", "Number of events", "Size in bytes"}));
+    EXPECT_EQ(Headers(model),
+              (QStringList{"##", "Midi channel", "Number of events", "Size in bytes"}));
     ASSERT_EQ(model.rowCount(), 8);
-    EXPECT_EQ(Row(model, 0), (QStringList{" 01", "Unchanged", "0", Number(memory.GetTrackSize(3, 0))}));
+    EXPECT_EQ(Row(model, 0),
+              (QStringList{" 01", "Unchanged", "0", Number(memory.GetTrackSize(3, 0))}));
     EXPECT_EQ(Row(model, 1), (QStringList{" 02", "5", "2", Number(memory.GetTrackSize(3, 1))}));
     EXPECT_EQ(Row(model, 7)[0], QStringLiteral(" 08"));
 
     model.ShowNode({NodeKind::AllSongs, 0});
-    EXPECT_EQ(Headers(model), (QStringList{"##", "Song name", "Beats per minute", "Size in bytes"}));
+    EXPECT_EQ(Headers(model),
+              (QStringList{"##", "Song name", "Beats per minute", "Size in bytes"}));
     EXPECT_EQ(Row(model, 7), (QStringList{" 07", "Verse", "96", Number(memory.GetSongSize(7))}));
     EXPECT_EQ(Row(model, 8)[2], QString());
 
     model.ShowNode({NodeKind::Song, 7});
-    EXPECT_EQ(Headers(model), (QStringList{"##", "Part name", "Number of beats", "Tracks enabled"}));
+    EXPECT_EQ(Headers(model),
+              (QStringList{"##", "Part name", "Number of beats", "Tracks enabled"}));
     ASSERT_EQ(model.rowCount(), 3);
     EXPECT_EQ(Row(model, 0), (QStringList{" 03", "Bass line", "4", "All"}));
     EXPECT_EQ(Row(model, 1), (QStringList{" 12", "Drums", "8", "1 3 5 "}));
@@ -69,7 +76,8 @@ TEST(ListModelTest, FourLayoutsWithTheirColumnsAndCells)
 
     model.ShowNode({NodeKind::Song, 8});
     EXPECT_EQ(model.rowCount(), 0);
-    EXPECT_EQ(Headers(model), (QStringList{"##", "Part name", "Number of beats", "Tracks enabled"}));
+    EXPECT_EQ(Headers(model),
+              (QStringList{"##", "Part name", "Number of beats", "Tracks enabled"}));
     EXPECT_EQ(model.ColumnWidthUnits(0), 1);
     EXPECT_EQ(model.ColumnWidthUnits(1), 5);
     EXPECT_EQ(model.ColumnWidthUnits(2), 4);
@@ -158,8 +166,9 @@ TEST_F(ListViewTest, DoubleClickOnAValueColumnSendsItsCommand)
     List().ActivateRow(1, 0);
     ShowInList({NodeKind::AllSongs, 0}, 7);
     List().ActivateRow(7, 2);
-    EXPECT_EQ(m_commands->log, (QStringList{"33023 list node 1.0 rows 3", "33024 list node 2.3 rows 1",
-                                            "TrackDump 3 1", "33025 list node 3.0 rows 7"}));
+    EXPECT_EQ(m_commands->log,
+              (QStringList{"33023 list node 1.0 rows 3", "33024 list node 2.3 rows 1",
+                           "TrackDump 3 1", "33025 list node 3.0 rows 7"}));
     EXPECT_EQ(Frame().CurrentNode(), (Node{NodeKind::AllSongs, 0}));
 }
 
@@ -191,10 +200,22 @@ TEST_F(ListViewTest, ContextMenusFollowTheNodeKind)
         QStringList texts;
     };
     const std::vector<Case> cases = {
-        {{NodeKind::AllParts, 0}, "P2_PartList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "A&ssign...", "&Beats...", "Pian&o roll"}},
-        {{NodeKind::Part, 3}, "P2_TrackList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "C&hannel...", "Pian&o roll"}},
-        {{NodeKind::AllSongs, 0}, "P2_SongList", {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "&Tempo...", "Son&g arrangement"}},
-        {{NodeKind::Song, 7}, "P2_StepList", {"&Copy", "&Paste", "Select &all", "I&ncrement", "D&ecrement", "&Insert", "&Delete", "I&mport...", "E&xport...", "Pian&o roll", "Son&g arrangement"}},
+        {{NodeKind::AllParts, 0},
+         "P2_PartList",
+         {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "A&ssign...",
+          "&Beats...", "Pian&o roll"}},
+        {{NodeKind::Part, 3},
+         "P2_TrackList",
+         {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "C&hannel...",
+          "Pian&o roll"}},
+        {{NodeKind::AllSongs, 0},
+         "P2_SongList",
+         {"&Copy", "&Paste", "Select &all", "&Delete", "I&mport...", "E&xport...", "&Tempo...",
+          "Son&g arrangement"}},
+        {{NodeKind::Song, 7},
+         "P2_StepList",
+         {"&Copy", "&Paste", "Select &all", "I&ncrement", "D&ecrement", "&Insert", "&Delete",
+          "I&mport...", "E&xport...", "Pian&o roll", "Son&g arrangement"}},
     };
     for (const Case& c : cases) {
         ShowInList(c.node, 0);

@@ -39,8 +39,9 @@ TEST_F(MidiPortsTest, APortThatCannotOpenIsReportedAndStartGoesOn)
     StartOnLoopback();
 
     EXPECT_EQ(CMessageBox::ShownCount(), 1);
-    EXPECT_EQ(CMessageBox::LastText(),
-              QStringLiteral("Can't open device \"Unplugged\", error: The MIDI port does not exist."));
+    EXPECT_EQ(
+        CMessageBox::LastText(),
+        QStringLiteral("Can't open device \"Unplugged\", error: The MIDI port does not exist."));
     EXPECT_TRUE(Frame().isVisible());
     EXPECT_TRUE(Frame().StatusPanes().InputText().isEmpty());
     EXPECT_EQ(Frame().StatusPanes().OutputText(), QString::fromLatin1(kDeviceName));

@@ -1,10 +1,10 @@
 #include "TransportUiTest.h"
 
 #include "framework/DialogRunner.h"
-#include "framework/UpDownEdit.h"
 #include "framework/MessageBox.h"
-#include "transport/ports/MidiOut.h"
+#include "framework/UpDownEdit.h"
 #include "settings/Settings.h"
+#include "transport/ports/MidiOut.h"
 #include "ui/FrameKeys.h"
 #include "ui/StatusPanes.h"
 #include "ui/options/GeneralPage.h"
@@ -27,9 +27,18 @@ namespace {
 
 using Sheet = COptionsSheet;
 
-QCheckBox* Box(const Sheet& sheet, int id) { return qobject_cast<QCheckBox*>(sheet.General().Control(id)); }
-QComboBox* PortList(const Sheet& sheet, int id) { return qobject_cast<QComboBox*>(sheet.Midi().Control(id)); }
-CUpDownEdit* Number(const Sheet& sheet, int id) { return qobject_cast<CUpDownEdit*>(sheet.Midi().Control(id)); }
+QCheckBox* Box(const Sheet& sheet, int id)
+{
+    return qobject_cast<QCheckBox*>(sheet.General().Control(id));
+}
+QComboBox* PortList(const Sheet& sheet, int id)
+{
+    return qobject_cast<QComboBox*>(sheet.Midi().Control(id));
+}
+CUpDownEdit* Number(const Sheet& sheet, int id)
+{
+    return qobject_cast<CUpDownEdit*>(sheet.Midi().Control(id));
+}
 
 QStringList Items(const QComboBox& list)
 {
@@ -96,15 +105,17 @@ TEST_F(OptionsDialogTest, EveryControlIsLabelledWithAMnemonicOfItsOwn)
             }
         };
         QList<QString> general;
-        for (const int id : {CGeneralPage::kLoadDeviceOnStartId, CGeneralPage::kLoadLastFileOnStartId,
-                             CGeneralPage::kShowToolBarButtonTextId, CGeneralPage::kShowMidiProgramNameId,
-                             CGeneralPage::kShowMidiControllerNameId, CGeneralPage::kShowMidiNoteNameId})
+        for (const int id :
+             {CGeneralPage::kLoadDeviceOnStartId, CGeneralPage::kLoadLastFileOnStartId,
+              CGeneralPage::kShowToolBarButtonTextId, CGeneralPage::kShowMidiProgramNameId,
+              CGeneralPage::kShowMidiControllerNameId, CGeneralPage::kShowMidiNoteNameId})
             general << (Box(sheet, id) != nullptr ? Box(sheet, id)->text() : QString());
         expectOwnMnemonics(general);
         QList<QString> midi;
-        for (const int id : {CMidiPage::kInPortId, CMidiPage::kInBufSizeId, CMidiPage::kInBufNumberId,
-                             CMidiPage::kOutPortId, CMidiPage::kOutBufSizeId, CMidiPage::kOutBufNumberId,
-                             CMidiPage::kOutSyxDelayId, CMidiPage::kOutBufDelayId})
+        for (const int id :
+             {CMidiPage::kInPortId, CMidiPage::kInBufSizeId, CMidiPage::kInBufNumberId,
+              CMidiPage::kOutPortId, CMidiPage::kOutBufSizeId, CMidiPage::kOutBufNumberId,
+              CMidiPage::kOutSyxDelayId, CMidiPage::kOutBufDelayId})
             midi << LabelOf(sheet.Midi(), sheet.Midi().Control(id));
         expectOwnMnemonics(midi);
         sheet.CancelButton()->click();
@@ -184,18 +195,20 @@ TEST_F(OptionsDialogTest, PortListsOfferNoneAndTheDriversPorts)
     StoreString("MidiInDevice", "Synth");
     StoreString("MidiOutDevice", "Unplugged");
     StartOnLoopback();
-    RunOptions([](Sheet& sheet) {
-        sheet.SetActivePage(Sheet::kMidiPage);
-        const QStringList ports{"<none>", kDeviceName, "Synth"};
-        QComboBox* input = PortList(sheet, CMidiPage::kInPortId);
-        QComboBox* output = PortList(sheet, CMidiPage::kOutPortId);
-        EXPECT_EQ(Items(*input), ports);
-        EXPECT_EQ(Items(*output), ports);
-        EXPECT_EQ(input->currentText(), QStringLiteral("Synth"));
-        // A port that is gone shows as none, and is stored so.
-        EXPECT_EQ(output->currentIndex(), 0);
-        sheet.OkButton()->click();
-    }, "toolsOptions");
+    RunOptions(
+        [](Sheet& sheet) {
+            sheet.SetActivePage(Sheet::kMidiPage);
+            const QStringList ports{"<none>", kDeviceName, "Synth"};
+            QComboBox* input = PortList(sheet, CMidiPage::kInPortId);
+            QComboBox* output = PortList(sheet, CMidiPage::kOutPortId);
+            EXPECT_EQ(Items(*input), ports);
+            EXPECT_EQ(Items(*output), ports);
+            EXPECT_EQ(input->currentText(), QStringLiteral("Synth"));
+            // A port that is gone shows as none, and is stored so.
+            EXPECT_EQ(output->currentIndex(), 0);
+            sheet.OkButton()->click();
+        },
+        "toolsOptions");
     EXPECT_EQ(Values().midiInDevice, "Synth");
     EXPECT_EQ(Values().midiOutDevice, "");
 }
@@ -294,7 +307,8 @@ TEST_F(OptionsDialogTest, ApplyWritesTheSettingsAndReopensThePorts)
         sheet.ApplyButton()->click();
 
         EXPECT_FALSE(sheet.ApplyButton()->isEnabled());
-        EXPECT_EQ(status, (QStringList{"Opening Midi Input device", "Opening Midi Output device", ""}));
+        EXPECT_EQ(status,
+                  (QStringList{"Opening Midi Input device", "Opening Midi Output device", ""}));
         EXPECT_TRUE(Device().IsInputOpen());
         EXPECT_TRUE(Device().IsOutputOpen());
         sheet.CancelButton()->click();
@@ -324,15 +338,16 @@ class OptionsFocusTest : public OptionsDialogTest {
 protected:
     void DoubleClick(QWidget* pane)
     {
-        QMouseEvent click(QEvent::MouseButtonDblClick, QPointF(5, 5), pane->mapToGlobal(QPointF(5, 5)),
-                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QMouseEvent click(QEvent::MouseButtonDblClick, QPointF(5, 5),
+                          pane->mapToGlobal(QPointF(5, 5)), Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
         QCoreApplication::sendEvent(pane, &click);
         ProcessEvents();
     }
 
     // The control that has the focus once the sheet shows.
     static std::function<int(QDialog&)> FocusedControl(int& page, int& control,
-                                                      std::function<void(Sheet&)> then = {})
+                                                       std::function<void(Sheet&)> then = {})
     {
         return [&page, &control, then](QDialog& dialog) {
             auto& sheet = dynamic_cast<Sheet&>(dialog);

@@ -61,7 +61,8 @@ TEST_F(RecentFilesTest, FourMostRecentFirstComparedWithoutCase)
     Start();
     for (int i = 0; i < 5; ++i)
         OpenByDialog(paths[i]);
-    EXPECT_EQ(Frame().RecentFiles().Entries(), (QStringList{paths[4], paths[3], paths[2], paths[1]}));
+    EXPECT_EQ(Frame().RecentFiles().Entries(),
+              (QStringList{paths[4], paths[3], paths[2], paths[1]}));
     // Written at once, not only at exit.
     EXPECT_EQ(Stored(1), paths[4]);
 

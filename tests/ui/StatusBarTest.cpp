@@ -44,7 +44,8 @@ TEST_F(StatusBarTest, AnEditShowsInTheMemoryText)
     FillSampleDocument(Memory());
     Memory().modified = 1;
     Frame().UpdateUserInterface();
-    EXPECT_EQ(Frame().StatusPanes().MemoryText().toStdString(), GetMemoryText(Memory().GetMemorySize()));
+    EXPECT_EQ(Frame().StatusPanes().MemoryText().toStdString(),
+              GetMemoryText(Memory().GetMemorySize()));
     EXPECT_NE(Frame().StatusPanes().MemoryText(), QStringLiteral("Memory available: 100%"));
 }
 
@@ -57,8 +58,9 @@ TEST_F(StatusBarTest, PortPanesNameTheOpenPortsAndOpenTheirOptions)
 
     m_ports->outputName = QStringLiteral("USB MIDI Out");
     for (QWidget* pane : {Frame().StatusPanes().InputPane(), Frame().StatusPanes().OutputPane()}) {
-        QMouseEvent click(QEvent::MouseButtonDblClick, QPointF(5, 5), pane->mapToGlobal(QPointF(5, 5)),
-                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QMouseEvent click(QEvent::MouseButtonDblClick, QPointF(5, 5),
+                          pane->mapToGlobal(QPointF(5, 5)), Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
         QCoreApplication::sendEvent(pane, &click);
     }
     EXPECT_EQ(m_commands->log, (QStringList{"Options 1 2711", "Options 1 2721"}));

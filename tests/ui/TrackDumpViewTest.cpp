@@ -62,8 +62,7 @@ TEST(TextReportDialogTest, AResizableWindowWithNoButtonThatEscCloses)
 class TrackDumpViewTest : public EditorTest {
 protected:
     // Runs the command or activation, catching the text window it opens.
-    template <typename Action>
-    void CaptureReport(Action action)
+    template <typename Action> void CaptureReport(Action action)
     {
         title.clear();
         text.clear();
@@ -127,9 +126,9 @@ TEST(TrackDumpViewTextTest, ReportTextsAreDecodedWithoutLosingBytes)
 TEST_F(TrackDumpViewTest, MidiFileDumpShowsTheReportOfTheChosenFile)
 {
     const std::string path = m_dir.File("song.mid");
-    WriteAllBytes(path, {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 0, 0, 1, 0, 96,
-                         'M', 'T', 'r', 'k', 0, 0, 0, 12, 0, 0x90, 60, 100,
-                         0x60, 0x80, 60, 0, 0, 0xFF, 0x2F, 0});
+    WriteAllBytes(path,
+                  {'M', 'T', 'h', 'd', 0,  0, 0,    6,  0,   0,    0,    1,  0, 96, 'M',  'T',  'r',
+                   'k', 0,   0,   0,   12, 0, 0x90, 60, 100, 0x60, 0x80, 60, 0, 0,  0xFF, 0x2F, 0});
     StartEditor();
     CFileDialog::SetNextFileName(QString::fromStdString(path));
     CaptureReport([this] { TriggerAction("toolsMidiFileDump"); });

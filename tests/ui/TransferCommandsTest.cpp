@@ -91,7 +91,8 @@ TEST_F(TransferCommandsTest, ReceiveShowsWaitingReceivingAndReceivedThenLoadsThe
     ASSERT_EQ(states.size(), 3);
     EXPECT_EQ(states[0], kPrompt);
     const QRegularExpressionMatch receiving =
-        QRegularExpression(QStringLiteral("^Receiving Alesis MMT8 sysex (\\d+) bytes\n$")).match(states[1]);
+        QRegularExpression(QStringLiteral("^Receiving Alesis MMT8 sysex (\\d+) bytes\n$"))
+            .match(states[1]);
     ASSERT_TRUE(receiving.hasMatch()) << states[1].toStdString();
     EXPECT_GT(receiving.captured(1).toInt(), 0);
     EXPECT_LT(receiving.captured(1).toInt(), static_cast<int>(dump.size()));
@@ -113,9 +114,10 @@ TEST_F(TransferCommandsTest, OtherTrafficIsListedAndCountedThenSkippedWhenLoadin
     QString lastThree;
     int counted = -1;
     AnswerProgress([&](CMidiProgressDlg& dialog) {
-        Device().Feed(Concat({UnknownSysex(5), UnknownSysex(6), UnknownSysex(7), UnknownSysex(8),
-                              UnknownSysex(9)}));
-        EXPECT_TRUE(WaitUntil([&] { return dialog.StatusText().contains(QStringLiteral("9 bytes")); }));
+        Device().Feed(Concat(
+            {UnknownSysex(5), UnknownSysex(6), UnknownSysex(7), UnknownSysex(8), UnknownSysex(9)}));
+        EXPECT_TRUE(
+            WaitUntil([&] { return dialog.StatusText().contains(QStringLiteral("9 bytes")); }));
         lastThree = dialog.StatusText();
         counted = dialog.ProgressValue();
         Device().Feed(dump);
@@ -299,7 +301,9 @@ TEST_F(TransferCommandsTest, TheAnswerToASendIsShownBelowWhatWasSent)
 
     Device().SetReceiver(nullptr);
     EXPECT_EQ(first, QStringLiteral("Sending 6 bytes"));
-    EXPECT_EQ(last, QStringLiteral("Sent 6 bytes\nReceived Alesis MMT8 sysex %1 bytes\n").arg(dump.size()));
+    EXPECT_EQ(
+        last,
+        QStringLiteral("Sent 6 bytes\nReceived Alesis MMT8 sysex %1 bytes\n").arg(dump.size()));
 }
 
 TEST_F(TransferCommandsTest, LoadDeviceOnStartReceivesAtStart)

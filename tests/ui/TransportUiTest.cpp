@@ -1,8 +1,8 @@
 #include "TransportUiTest.h"
 
 #include "model/SysexDump.h"
-#include "support/RandomDocument.h"
 #include "settings/SettingsKey.h"
+#include "support/RandomDocument.h"
 
 #include <QApplication>
 
@@ -33,8 +33,8 @@ SimulatedMmt8& TransportUiTest::ConnectSimulatedDevice(Bytes memory, bool wireSp
     far.SetReceiver([&near](const std::uint8_t* data, std::size_t size) { near.Feed(data, size); });
     SimulatedMmt8::Options options;
     options.wireSpeed = wireSpeed;
-    m_simulator = std::make_unique<SimulatedMmt8>(std::move(memory), options,
-                                                  [](const std::string&) {});
+    m_simulator =
+        std::make_unique<SimulatedMmt8>(std::move(memory), options, [](const std::string&) {});
     std::string error;
     EXPECT_TRUE(m_simulator->Attach(*m_deviceDriver, kDeviceName, kDeviceName, error)) << error;
     return *m_simulator;
@@ -65,8 +65,14 @@ void TransportUiTest::StartOnLoopback(const QStringList& arguments)
     ProcessEvents();
 }
 
-CMidiIn& TransportUiTest::Input() { return *m_app->Ports().InputPort(); }
-CMidiOut& TransportUiTest::Output() { return *m_app->Ports().OutputPort(); }
+CMidiIn& TransportUiTest::Input()
+{
+    return *m_app->Ports().InputPort();
+}
+CMidiOut& TransportUiTest::Output()
+{
+    return *m_app->Ports().OutputPort();
+}
 
 bool TransportUiTest::WaitUntil(const std::function<bool()>& condition)
 {

@@ -2,8 +2,8 @@
 
 #include "UiTestBase.h"
 
-#include "transport/drivers/loopback/LoopbackMidiDriver.h"
 #include "simulator/SimulatedMmt8.h"
+#include "transport/drivers/loopback/LoopbackMidiDriver.h"
 
 #include <cstdint>
 #include <functional>
@@ -13,7 +13,7 @@
 namespace tarvix {
 class CMidiIn;
 class CMidiOut;
-}
+} // namespace tarvix
 
 namespace tarvix::testing {
 

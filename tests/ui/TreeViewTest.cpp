@@ -154,10 +154,19 @@ TEST_F(TreeViewTest, ContextMenusFollowTheNodeKind)
         QStringList texts;
     };
     const std::vector<Case> cases = {
-        {{NodeKind::AllParts, 0}, "P1_AllParts", {"&Copy", "&Paste", "&Delete", "I&mport...", "E&xport..."}},
-        {{NodeKind::Part, 1}, "P1_OnePreset", {"&Copy", "&Paste", "&Delete", "I&mport...", "E&xport...", "&Rename", "Pian&o roll"}},
-        {{NodeKind::AllSongs, 0}, "P1_AllSongs", {"&Copy", "&Paste", "&Delete", "I&mport...", "E&xport..."}},
-        {{NodeKind::Song, 2}, "P1_OneSong", {"&Copy", "&Paste", "&Delete", "I&mport...", "E&xport...", "&Rename", "Son&g arrangement"}},
+        {{NodeKind::AllParts, 0},
+         "P1_AllParts",
+         {"&Copy", "&Paste", "&Delete", "I&mport...", "E&xport..."}},
+        {{NodeKind::Part, 1},
+         "P1_OnePreset",
+         {"&Copy", "&Paste", "&Delete", "I&mport...", "E&xport...", "&Rename", "Pian&o roll"}},
+        {{NodeKind::AllSongs, 0},
+         "P1_AllSongs",
+         {"&Copy", "&Paste", "&Delete", "I&mport...", "E&xport..."}},
+        {{NodeKind::Song, 2},
+         "P1_OneSong",
+         {"&Copy", "&Paste", "&Delete", "I&mport...", "E&xport...", "&Rename",
+          "Son&g arrangement"}},
     };
     for (const Case& c : cases) {
         Frame().Tree().SelectNode(c.node);

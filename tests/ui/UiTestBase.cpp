@@ -51,7 +51,10 @@ UiTest::UiTest()
     CDialogRunner::SetUnattendedResponder([](QDialog&) { return int(QDialog::Rejected); });
 }
 
-UiTest::~UiTest() { Stop(); }
+UiTest::~UiTest()
+{
+    Stop();
+}
 
 void UiTest::Start(const QStringList& arguments)
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/TempDir.h"
 #include "model/Mmt8Memory.h"
+#include "support/TempDir.h"
 #include "ui/Application.h"
 #include "ui/MainFrame.h"
 #include "ui/MidiPorts.h"
@@ -18,7 +18,10 @@
 class QAction;
 
 // Readable QStrings in test failures.
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+inline void PrintTo(const QString& text, std::ostream* out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
 
 namespace tarvix::testing {
 

@@ -15,13 +15,16 @@
 namespace tarvix {
 namespace {
 
-std::uint8_t Byte(int value) { return static_cast<std::uint8_t>(value); }
+std::uint8_t Byte(int value)
+{
+    return static_cast<std::uint8_t>(value);
+}
 
 TEST(MidiVocabularyTest, NotesCountOctavesFromMinusTwoAndIgnoreTheHighBit)
 {
     const std::pair<int, const char*> cases[] = {
-        {0, "C-2"}, {11, "B-2"}, {12, "C-1"}, {13, "C#-1"}, {24, "C0"}, {60, "C3"},
-        {70, "A#3"}, {127, "G8"}, {0x80, "C-2"}, {0xFF, "G8"},
+        {0, "C-2"}, {11, "B-2"}, {12, "C-1"}, {13, "C#-1"},  {24, "C0"},
+        {60, "C3"}, {70, "A#3"}, {127, "G8"}, {0x80, "C-2"}, {0xFF, "G8"},
     };
     for (const auto& [note, name] : cases)
         EXPECT_STREQ(GetNoteName(Byte(note)), name) << note;
@@ -95,9 +98,16 @@ TEST(MidiVocabularyTest, ManufacturersInTheirTablesOrder)
 {
     // 0x1B stands before 0x15 in the table; each still finds its own row.
     const std::pair<int, const char*> cases[] = {
-        {0x01, "Sequential Circuits"}, {0x0E, "Matthews Research"}, {0x14, "Fairlight"},
-        {0x1B, "Peavey"}, {0x15, "JL Cooper"}, {0x18, "E-Mu"}, {0x2F, "Elka"},
-        {0x45, "Akai"}, {0x7E, "Non RealTime"}, {0x7F, "RealTime"},
+        {0x01, "Sequential Circuits"},
+        {0x0E, "Matthews Research"},
+        {0x14, "Fairlight"},
+        {0x1B, "Peavey"},
+        {0x15, "JL Cooper"},
+        {0x18, "E-Mu"},
+        {0x2F, "Elka"},
+        {0x45, "Akai"},
+        {0x7E, "Non RealTime"},
+        {0x7F, "RealTime"},
     };
     for (const auto& [id, name] : cases)
         EXPECT_STREQ(GetManufacturerName(Byte(id)), name) << id;

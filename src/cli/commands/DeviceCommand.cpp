@@ -81,15 +81,16 @@ public:
     std::vector<const char*> PositionalNames() const override { return {}; }
     std::vector<OptionSpec> Options() const override
     {
-        return {{"--name", true, "the ports' client name (default tarvix-device)"},
-                {"--memory", true, "a .syx file with a dump, sent as it is (default: empty memory)"},
-                {"--send-after", true, "send once, this many seconds after start"},
-                {"--received", true, "the .syx file each received dump is written to"},
-                {"--wire-speed", false,
-                 "behave as on a MIDI cable: send at 3125 bytes a second, and take input through a "
-                 "buffer that drains at that speed, losing what does not fit"},
-                {"--input-buffer", true,
-                 "BYTES: that input buffer's size with --wire-speed (default 4096)"}};
+        return {
+            {"--name", true, "the ports' client name (default tarvix-device)"},
+            {"--memory", true, "a .syx file with a dump, sent as it is (default: empty memory)"},
+            {"--send-after", true, "send once, this many seconds after start"},
+            {"--received", true, "the .syx file each received dump is written to"},
+            {"--wire-speed", false,
+             "behave as on a MIDI cable: send at 3125 bytes a second, and take input through a "
+             "buffer that drains at that speed, losing what does not fit"},
+            {"--input-buffer", true,
+             "BYTES: that input buffer's size with --wire-speed (default 4096)"}};
     }
 
     int Run(const ParsedArguments& arguments, const CliOutput& output) const override
@@ -167,8 +168,8 @@ private:
         std::string reasons;
         for (DeviceBackend& backend : backends) {
             std::string error;
-            if (device.Attach(*backend.ports, DeviceBackend::kInputPort,
-                              DeviceBackend::kOutputPort, error)) {
+            if (device.Attach(*backend.ports, DeviceBackend::kInputPort, DeviceBackend::kOutputPort,
+                              error)) {
                 std::fprintf(output.out, "Listening on \"%s\", sending on \"%s\"\n",
                              backend.listedName(DeviceBackend::kInputPort).c_str(),
                              backend.listedName(DeviceBackend::kOutputPort).c_str());
@@ -176,8 +177,7 @@ private:
                 continue;
             }
             const std::string reason = backend.system->GetUnavailableReason();
-            reasons += reason.empty() ? error
-                                      : backend.system->GetName() + ": " + reason + "\n";
+            reasons += reason.empty() ? error : backend.system->GetName() + ": " + reason + "\n";
         }
         std::fputs(reasons.c_str(), output.err);
         if (!any && backends.empty())

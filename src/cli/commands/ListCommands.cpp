@@ -28,8 +28,9 @@ public:
     {
         int index = 0;
         std::string error;
-        if (m_indexName && !ParseNumber(arguments.positionals[1], m_indexName == kPart ? "part" : "song",
-                                        0, 99, index, error))
+        if (m_indexName &&
+            !ParseNumber(arguments.positionals[1], m_indexName == kPart ? "part" : "song", 0, 99,
+                         index, error))
             return UsageError(*this, error, output);
         CMmt8Memory memory;
         if (!LoadDocument(memory, arguments.positionals[0], output))
@@ -51,26 +52,31 @@ private:
 
 std::unique_ptr<CliCommand> MakePartsCommand()
 {
-    return std::make_unique<ListViewCommand>("parts", "Prints the part list: name, beats and size of parts 00-99.",
-                                             ListKind::Parts, nullptr);
+    return std::make_unique<ListViewCommand>(
+        "parts", "Prints the part list: name, beats and size of parts 00-99.", ListKind::Parts,
+        nullptr);
 }
 
 std::unique_ptr<CliCommand> MakeTracksCommand()
 {
-    return std::make_unique<ListViewCommand>("tracks", "Prints the track list of a part: channel, events and size of tracks 1-8.",
-                                             ListKind::Tracks, ListViewCommand::kPart);
+    return std::make_unique<ListViewCommand>(
+        "tracks", "Prints the track list of a part: channel, events and size of tracks 1-8.",
+        ListKind::Tracks, ListViewCommand::kPart);
 }
 
 std::unique_ptr<CliCommand> MakeSongsCommand()
 {
-    return std::make_unique<ListViewCommand>("songs", "Prints the song list: name, tempo and size of songs 00-99.",
-                                             ListKind::Songs, nullptr);
+    return std::make_unique<ListViewCommand>(
+        "songs", "Prints the song list: name, tempo and size of songs 00-99.", ListKind::Songs,
+        nullptr);
 }
 
 std::unique_ptr<CliCommand> MakeStepsCommand()
 {
-    return std::make_unique<ListViewCommand>("steps", "Prints the step list of a song: part, its name and beats, and the tracks that play.",
-                                             ListKind::Steps, ListViewCommand::kSong);
+    return std::make_unique<ListViewCommand>(
+        "steps",
+        "Prints the step list of a song: part, its name and beats, and the tracks that play.",
+        ListKind::Steps, ListViewCommand::kSong);
 }
 
 } // namespace tarvix::cli

@@ -70,9 +70,9 @@ public:
         TransferPorts ports;
         if (!ports.Open(MidiDirection::Input, port, output.err))
             return kExitFailure;
-        CliTransferView view(output.err,
-                             {signals, timeout,
-                              [&ports, &port] { return ports.IsListed(MidiDirection::Input, port); }});
+        CliTransferView view(output.err, {signals, timeout, [&ports, &port] {
+                                              return ports.IsListed(MidiDirection::Input, port);
+                                          }});
         CMmt8Memory memory;
         std::vector<std::uint8_t> dump;
         const bool ended = ReceiveDump(ports.Input(), ports.Output(), memory, view, &dump);
@@ -87,12 +87,13 @@ public:
             return kExitFailure;
         }
         std::string error;
-        if (!WriteFileReplacing(path, dump.data(), static_cast<std::uint32_t>(dump.size()), error)) {
+        if (!WriteFileReplacing(path, dump.data(), static_cast<std::uint32_t>(dump.size()),
+                                error)) {
             view.ReportMessage(error);
             return kExitFailure;
         }
-        view.ReportMessage(FormatText("Wrote %u bytes to %s\n",
-                                      static_cast<unsigned>(dump.size()), path.c_str()));
+        view.ReportMessage(
+            FormatText("Wrote %u bytes to %s\n", static_cast<unsigned>(dump.size()), path.c_str()));
         return kExitSuccess;
     }
 
@@ -125,11 +126,11 @@ private:
     {
         switch (ending) {
         case Ending::TimedOut:
-            return FormatText("No dump received within %g seconds; nothing was written.\n", timeout);
+            return FormatText("No dump received within %g seconds; nothing was written.\n",
+                              timeout);
         case Ending::PortGone:
             return FormatText("Port \"%s\" is gone; nothing was written.\n", port.c_str());
-        default:
-            return "Cancelled; nothing was written.\n";
+        default: return "Cancelled; nothing was written.\n";
         }
     }
 };

@@ -45,7 +45,9 @@ public:
         TransferPorts ports;
         if (!ports.Open(MidiDirection::Output, port, output.err))
             return kExitFailure;
-        const auto isListed = [&ports, &port] { return ports.IsListed(MidiDirection::Output, port); };
+        const auto isListed = [&ports, &port] {
+            return ports.IsListed(MidiDirection::Output, port);
+        };
         CliTransferView view(output.err, {signals, std::nullopt, isListed});
         const auto start = std::chrono::steady_clock::now();
         const bool sent = SendDump(ports.Input(), ports.Output(), memory, view);
@@ -53,9 +55,9 @@ public:
         // Bytes sent to a port that has gone leave without an error.
         const Ending ending = sent && !isListed() ? Ending::PortGone : view.GetEnding();
         if (ending == Ending::PortGone) {
-            view.ReportMessage(FormatText(
-                "Port \"%s\" is gone; the device may have received part of the dump.\n",
-                port.c_str()));
+            view.ReportMessage(
+                FormatText("Port \"%s\" is gone; the device may have received part of the dump.\n",
+                           port.c_str()));
             return kExitFailure;
         }
         if (!sent) {
@@ -63,7 +65,8 @@ public:
                 view.ReportMessage("Cancelled; the device may have received part of the dump.\n");
             return kExitFailure;
         }
-        view.ReportMessage(FormatText("Sent the dump to %s in %.2f s\n", port.c_str(), took.count()));
+        view.ReportMessage(
+            FormatText("Sent the dump to %s in %.2f s\n", port.c_str(), took.count()));
         return kExitSuccess;
     }
 };

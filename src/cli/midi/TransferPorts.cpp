@@ -1,8 +1,8 @@
 #include "cli/midi/TransferPorts.h"
 
+#include "settings/Settings.h"
 #include "transport/drivers/SystemMidiDriver.h"
 #include "transport/ports/MidiDevices.h"
-#include "settings/Settings.h"
 
 namespace tarvix::cli {
 
@@ -36,8 +36,9 @@ bool TransferPorts::Open(MidiDirection direction, const std::string& name, std::
 {
     PortSettings settings = StoredPortSettings();
     (direction == MidiDirection::Input ? settings.inDevice : settings.outDevice) = name;
-    const bool opened = OpenMidiDevices(m_input, m_output, settings, nullptr,
-                                        [err](const std::string& text) { std::fputs(text.c_str(), err); });
+    const bool opened =
+        OpenMidiDevices(m_input, m_output, settings, nullptr,
+                        [err](const std::string& text) { std::fputs(text.c_str(), err); });
     if (!opened) {
         const std::string reasons = m_driver->GetUnavailableReason();
         if (!reasons.empty())

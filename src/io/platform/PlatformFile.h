@@ -44,10 +44,10 @@ void CloseFile(FileHandle handle);
 // Reads up to count bytes; a short count is the end of the file, not an error.
 bool ReadFile(FileHandle handle, void* buffer, std::uint32_t count, std::uint32_t& done,
               ErrorCode& error);
-bool WriteFile(FileHandle handle, const void* buffer, std::uint32_t count,
-               std::uint32_t& done, ErrorCode& error);
-bool SeekFile(FileHandle handle, std::int64_t distance, SeekMethod method,
-              std::uint64_t& position, ErrorCode& error);
+bool WriteFile(FileHandle handle, const void* buffer, std::uint32_t count, std::uint32_t& done,
+               ErrorCode& error);
+bool SeekFile(FileHandle handle, std::int64_t distance, SeekMethod method, std::uint64_t& position,
+              ErrorCode& error);
 bool FlushFile(FileHandle handle, ErrorCode& error);
 bool GetFileSize(FileHandle handle, std::uint64_t& size, ErrorCode& error);
 // Cuts or extends the file to size bytes.

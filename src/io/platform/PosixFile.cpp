@@ -33,8 +33,7 @@ ErrorCode Errno()
 
 // A call that answers 0 or -1 and errno, made again when a signal
 // interrupted it.
-template <typename Call>
-bool Succeeds(Call call, ErrorCode& error)
+template <typename Call> bool Succeeds(Call call, ErrorCode& error)
 {
     int result = 0;
     do {
@@ -163,8 +162,8 @@ bool ReadFile(FileHandle handle, void* buffer, std::uint32_t count, std::uint32_
     return TransferAll(read, static_cast<std::uint8_t*>(buffer), count, done, error);
 }
 
-bool WriteFile(FileHandle handle, const void* buffer, std::uint32_t count,
-               std::uint32_t& done, ErrorCode& error)
+bool WriteFile(FileHandle handle, const void* buffer, std::uint32_t count, std::uint32_t& done,
+               ErrorCode& error)
 {
     const auto write = [fd = Descriptor(handle)](const std::uint8_t* at, std::size_t size) {
         return ::write(fd, at, size);
@@ -172,8 +171,8 @@ bool WriteFile(FileHandle handle, const void* buffer, std::uint32_t count,
     return TransferAll(write, static_cast<const std::uint8_t*>(buffer), count, done, error);
 }
 
-bool SeekFile(FileHandle handle, std::int64_t distance, SeekMethod method,
-              std::uint64_t& position, ErrorCode& error)
+bool SeekFile(FileHandle handle, std::int64_t distance, SeekMethod method, std::uint64_t& position,
+              ErrorCode& error)
 {
     int whence = SEEK_SET;
     switch (method) {
@@ -220,9 +219,7 @@ MappingHandle CreateMapping(FileHandle handle, bool /*writable*/, ErrorCode& err
     return handle + 1;
 }
 
-void CloseMapping(MappingHandle /*mapping*/)
-{
-}
+void CloseMapping(MappingHandle /*mapping*/) {}
 
 void* MapView(MappingHandle /*mapping*/, FileHandle handle, std::uint64_t size, bool writable,
               ErrorCode& error)

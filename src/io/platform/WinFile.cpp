@@ -75,10 +75,9 @@ std::string ErrorText(ErrorCode code)
     // The system allocates the text; it is copied and freed at once.
     wchar_t* text = nullptr;
     const DWORD length = ::FormatMessageW(
-        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM |
-            FORMAT_MESSAGE_IGNORE_INSERTS,
-        nullptr, code, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT),
-        reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+        nullptr, code, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), reinterpret_cast<wchar_t*>(&text),
+        0, nullptr);
     if (length == 0 || text == nullptr)
         return "Error " + std::to_string(code);
     std::string result = NarrowText(std::wstring_view(text, length));
@@ -115,8 +114,8 @@ bool ReadFile(FileHandle handle, void* buffer, std::uint32_t count, std::uint32_
     return ok != FALSE;
 }
 
-bool WriteFile(FileHandle handle, const void* buffer, std::uint32_t count,
-               std::uint32_t& done, ErrorCode& error)
+bool WriteFile(FileHandle handle, const void* buffer, std::uint32_t count, std::uint32_t& done,
+               ErrorCode& error)
 {
     DWORD written = 0;
     const BOOL ok = ::WriteFile(Native(handle), buffer, count, &written, nullptr);
@@ -125,8 +124,8 @@ bool WriteFile(FileHandle handle, const void* buffer, std::uint32_t count,
     return ok != FALSE;
 }
 
-bool SeekFile(FileHandle handle, std::int64_t distance, SeekMethod method,
-              std::uint64_t& position, ErrorCode& error)
+bool SeekFile(FileHandle handle, std::int64_t distance, SeekMethod method, std::uint64_t& position,
+              ErrorCode& error)
 {
     DWORD origin = FILE_BEGIN;
     switch (method) {
@@ -198,9 +197,9 @@ void* MapView(MappingHandle mapping, FileHandle /*handle*/, std::uint64_t size, 
         error = ERROR_INVALID_PARAMETER;
         return nullptr;
     }
-    void* view = ::MapViewOfFile(reinterpret_cast<HANDLE>(mapping),
-                                 writable ? FILE_MAP_WRITE : FILE_MAP_READ, 0, 0,
-                                 static_cast<SIZE_T>(size));
+    void* view =
+        ::MapViewOfFile(reinterpret_cast<HANDLE>(mapping),
+                        writable ? FILE_MAP_WRITE : FILE_MAP_READ, 0, 0, static_cast<SIZE_T>(size));
     if (view == nullptr) {
         error = ::GetLastError();
         return nullptr;
@@ -230,8 +229,8 @@ bool ReplaceFile(const std::string& source, const std::string& target, ErrorCode
     // ReplaceFileW keeps the target's owner and access rights on the new
     // bytes, as a save over an existing file should. A first save has no
     // target and moves the new file into place.
-    if (::ReplaceFileW(to.c_str(), from.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
-                       nullptr, nullptr)) {
+    if (::ReplaceFileW(to.c_str(), from.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
+                       nullptr)) {
         error = 0;
         return true;
     }
@@ -274,18 +273,18 @@ std::string ResolveFinalPath(const std::string& path)
         return path;
     // The system follows the whole chain of links when it opens the file; a
     // link to a missing file stays as it is.
-    const HANDLE file = ::CreateFileW(wide.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE |
-                                      FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    const HANDLE file =
+        ::CreateFileW(wide.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (file == INVALID_HANDLE_VALUE)
         return path;
     std::wstring final(MAX_PATH, L'\0');
-    DWORD length = ::GetFinalPathNameByHandleW(file, final.data(),
-                                               static_cast<DWORD>(final.size()), 0);
+    DWORD length =
+        ::GetFinalPathNameByHandleW(file, final.data(), static_cast<DWORD>(final.size()), 0);
     if (length >= final.size()) {
         final.resize(length);
-        length = ::GetFinalPathNameByHandleW(file, final.data(),
-                                             static_cast<DWORD>(final.size()), 0);
+        length =
+            ::GetFinalPathNameByHandleW(file, final.data(), static_cast<DWORD>(final.size()), 0);
     }
     ::CloseHandle(file);
     if (length == 0 || length >= final.size())
@@ -312,8 +311,8 @@ void CopyFileAttributes(const std::string& model, FileHandle handle)
     // Owner and access rights come with ReplaceFileW; the attributes a user
     // sets (hidden, archive, ...) are given to the new file here, because
     // not every ReplaceFileW (wine's) carries them over.
-    constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
-                            FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+    constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
+                            FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
     const DWORD attributes = ::GetFileAttributesW(WideText(model).c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & kKept) == 0)
         return;

@@ -11,8 +11,7 @@ namespace {
 // With the lock held: the open port of that direction the header may join,
 // or null and why not.
 BufferedMidiPort* FindToQueue(const BufferedMidiPorts& ports, MidiHandle handle,
-                              MidiDirection direction, const MidiHeader& header,
-                              MidiResult& result)
+                              MidiDirection direction, const MidiHeader& header, MidiResult& result)
 {
     BufferedMidiPort* port = ports.Find(handle, direction);
     result = port == nullptr ? kMidiInvalidHandle : CheckHeaderToQueue(header);

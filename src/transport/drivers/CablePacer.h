@@ -34,7 +34,7 @@ public:
     // meanwhile anyway; a device that must keep the cable busy, as a real
     // one does, makes up for a late wake-up within a send.
     explicit CCablePacer(std::size_t lead = kDefaultLead, Clock clock = {},
-                        std::chrono::nanoseconds catchUp = std::chrono::nanoseconds::zero());
+                         std::chrono::nanoseconds catchUp = std::chrono::nanoseconds::zero());
 
     std::size_t GetLead() const { return m_lead; }
     TimePoint Now() const;

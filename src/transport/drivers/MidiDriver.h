@@ -17,15 +17,15 @@ enum class MidiDirection { Input, Output };
 // Result codes; 0 is success. The numbers are the multimedia service's.
 using MidiResult = std::uint32_t;
 inline constexpr MidiResult kMidiNoError = 0;
-inline constexpr MidiResult kMidiError = 1;           // unspecified failure
-inline constexpr MidiResult kMidiBadDeviceId = 2;     // no such port (also: a stored name not found)
-inline constexpr MidiResult kMidiAllocated = 4;       // the port is in use
+inline constexpr MidiResult kMidiError = 1;       // unspecified failure
+inline constexpr MidiResult kMidiBadDeviceId = 2; // no such port (also: a stored name not found)
+inline constexpr MidiResult kMidiAllocated = 4;   // the port is in use
 inline constexpr MidiResult kMidiInvalidHandle = 5;
-inline constexpr MidiResult kMidiNoDriver = 6;        // the MIDI system is not there
+inline constexpr MidiResult kMidiNoDriver = 6; // the MIDI system is not there
 inline constexpr MidiResult kMidiNoMemory = 7;
 inline constexpr MidiResult kMidiInvalidParameter = 11;
-inline constexpr MidiResult kMidiUnprepared = 64;     // header not prepared
-inline constexpr MidiResult kMidiStillPlaying = 65;   // buffer still with the driver
+inline constexpr MidiResult kMidiUnprepared = 64;   // header not prepared
+inline constexpr MidiResult kMidiStillPlaying = 65; // buffer still with the driver
 inline constexpr MidiResult kMidiNotReady = 67;
 
 // Flags the driver keeps in a header.

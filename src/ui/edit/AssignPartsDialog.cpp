@@ -43,8 +43,14 @@ CAssignPartsDialog::CAssignPartsDialog(const CMmt8Memory& memory, QWidget* paren
     m_songs->setFocus(Qt::OtherFocusReason);
 }
 
-int CAssignPartsDialog::Song() const { return std::max(m_songs->currentRow(), 0); }
+int CAssignPartsDialog::Song() const
+{
+    return std::max(m_songs->currentRow(), 0);
+}
 
-QString CAssignPartsDialog::NewName() const { return m_name->text(); }
+QString CAssignPartsDialog::NewName() const
+{
+    return m_name->text();
+}
 
 } // namespace tarvix

@@ -131,8 +131,8 @@ void CEditCommands::DeleteStep(int song, int row)
         return;
     CListPane& list = m_frame.List();
     const QModelIndex index = list.model()->index(std::min(row, count - 1), 0);
-    list.selectionModel()->setCurrentIndex(
-        index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    list.selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                      QItemSelectionModel::Rows);
 }
 
 void CEditCommands::InsertStep(const PaneCommandContext& context)
@@ -185,8 +185,8 @@ void CEditCommands::AssignPartsToSong(const PaneCommandContext& context)
 
 void CEditCommands::SetPartBeats(const PaneCommandContext& context)
 {
-    if (!InListWithSelection(context, NodeKind::AllParts)
-        || !CMmt8Memory::IsPart(context.selectedRows.front()))
+    if (!InListWithSelection(context, NodeKind::AllParts) ||
+        !CMmt8Memory::IsPart(context.selectedRows.front()))
         return;
     CPartLengthDialog dialog(m_memory.Part(context.selectedRows.front()).beats, &m_frame);
     if (CDialogRunner::Exec(dialog) != QDialog::Accepted)
@@ -199,8 +199,8 @@ void CEditCommands::SetPartBeats(const PaneCommandContext& context)
 void CEditCommands::SetTrackChannel(const PaneCommandContext& context)
 {
     const int part = context.node.index;
-    if (!InListWithSelection(context, NodeKind::Part) || !CMmt8Memory::IsPart(part)
-        || !CMmt8Memory::IsTrack(context.selectedRows.front()))
+    if (!InListWithSelection(context, NodeKind::Part) || !CMmt8Memory::IsPart(part) ||
+        !CMmt8Memory::IsTrack(context.selectedRows.front()))
         return;
     const auto first = static_cast<std::size_t>(context.selectedRows.front());
     CTrackChannelDialog dialog(m_memory.Part(part).tracks[first].channel, &m_frame);
@@ -213,8 +213,8 @@ void CEditCommands::SetTrackChannel(const PaneCommandContext& context)
 
 void CEditCommands::SetSongTempo(const PaneCommandContext& context)
 {
-    if (!InListWithSelection(context, NodeKind::AllSongs)
-        || !CMmt8Memory::IsSong(context.selectedRows.front()))
+    if (!InListWithSelection(context, NodeKind::AllSongs) ||
+        !CMmt8Memory::IsSong(context.selectedRows.front()))
         return;
     CSongTempoDialog dialog(m_memory.Song(context.selectedRows.front()).tempo, &m_frame);
     if (CDialogRunner::Exec(dialog) != QDialog::Accepted)
@@ -238,10 +238,9 @@ bool CEditCommands::EditSongStep(int song, int step)
 
 bool CEditCommands::AskToDeleteAll(const char* question)
 {
-    return CMessageBox::Report(&m_frame, QString::fromLatin1(question),
-                               QStringLiteral("Warning"), QMessageBox::NoIcon,
-                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
-           == QMessageBox::Yes;
+    return CMessageBox::Report(&m_frame, QString::fromLatin1(question), QStringLiteral("Warning"),
+                               QMessageBox::NoIcon, QMessageBox::Yes | QMessageBox::No,
+                               QMessageBox::No) == QMessageBox::Yes;
 }
 
 void CEditCommands::DocumentChanged()

@@ -15,8 +15,8 @@ NumberDialogSetup PartLengthSetup()
     setup.invalidText = QString::asprintf(
         "Invalid beat count value. Please enter an integer between 0 and %d.\n", setup.maximum);
     // The wording is the program's own, spelling included.
-    setup.note = QStringLiteral(
-        "Note: decreasing number of beats delets all part data beyond new end.");
+    setup.note =
+        QStringLiteral("Note: decreasing number of beats delets all part data beyond new end.");
     return setup;
 }
 } // namespace

@@ -12,9 +12,9 @@ NumberDialogSetup SongTempoSetup()
     setup.label = QStringLiteral("&Beats per minute:");
     setup.minimum = static_cast<int>(kMinTempo);
     setup.maximum = static_cast<int>(kMaxTempo);
-    setup.invalidText = QString::asprintf(
-        "Invalid song tempo value. Please enter an integer between %d and %d.\n", setup.minimum,
-        setup.maximum);
+    setup.invalidText =
+        QString::asprintf("Invalid song tempo value. Please enter an integer between %d and %d.\n",
+                          setup.minimum, setup.maximum);
     return setup;
 }
 } // namespace

@@ -17,9 +17,8 @@
 
 namespace tarvix {
 
-CStepPropertiesDialog::CStepPropertiesDialog(const CMmt8Memory& memory,
-                                             std::vector<Mmt8Step> steps, int step,
-                                             QWidget* parent)
+CStepPropertiesDialog::CStepPropertiesDialog(const CMmt8Memory& memory, std::vector<Mmt8Step> steps,
+                                             int step, QWidget* parent)
     : QDialog(parent), m_steps(std::move(steps)), m_stepField(new CUpDownEdit(this)),
       m_parts(new QComboBox(this))
 {

@@ -1,11 +1,11 @@
 #include "ui/options/MidiPage.h"
 
 #include "framework/MessageBox.h"
+#include "framework/UpDownEdit.h"
+#include "settings/Settings.h"
 #include "transport/ports/MidiIn.h"
 #include "transport/ports/MidiOut.h"
-#include "settings/Settings.h"
 #include "ui/MidiPorts.h"
-#include "framework/UpDownEdit.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -23,10 +23,9 @@ namespace {
 const SettingDefinition& DefinitionOf(std::uint32_t SettingValues::*setting)
 {
     const auto definitions = SettingDefinitions();
-    const auto found = std::find_if(definitions.begin(), definitions.end(),
-                                    [setting](const SettingDefinition& definition) {
-                                        return definition.number == setting;
-                                    });
+    const auto found = std::find_if(
+        definitions.begin(), definitions.end(),
+        [setting](const SettingDefinition& definition) { return definition.number == setting; });
     Q_ASSERT(found != definitions.end());
     return *found;
 }
@@ -138,8 +137,8 @@ std::string CMidiPage::SelectedPortName(const PortList& list)
     // Read afresh from the driver, as the port list may have changed.
     const int entry = list.control->currentIndex();
     std::string name;
-    if (entry <= 0 || list.device == nullptr
-        || !list.device->GetDevName(static_cast<std::uint32_t>(entry - 1), name))
+    if (entry <= 0 || list.device == nullptr ||
+        !list.device->GetDevName(static_cast<std::uint32_t>(entry - 1), name))
         return {};
     return name;
 }

@@ -21,8 +21,8 @@ int COptionsSheet::Show(QWidget* owner, CSettings& settings, IMidiPorts& ports, 
     return CDialogRunner::Exec(sheet);
 }
 
-COptionsSheet::COptionsSheet(QWidget* owner, CSettings& settings, IMidiPorts& ports,
-                             int startPage, int focusControl)
+COptionsSheet::COptionsSheet(QWidget* owner, CSettings& settings, IMidiPorts& ports, int startPage,
+                             int focusControl)
     : QDialog(owner)
 {
     setObjectName(QStringLiteral("optionsSheet"));
@@ -65,7 +65,10 @@ COptionsSheet::COptionsSheet(QWidget* owner, CSettings& settings, IMidiPorts& po
 
 COptionsSheet::~COptionsSheet() = default;
 
-std::array<COptionsPage*, 2> COptionsSheet::Pages() const { return {m_general, m_midi}; }
+std::array<COptionsPage*, 2> COptionsSheet::Pages() const
+{
+    return {m_general, m_midi};
+}
 
 COptionsPage* COptionsSheet::Page(int index) const
 {
@@ -110,6 +113,9 @@ void COptionsSheet::OnOk()
         accept();
 }
 
-void COptionsSheet::OnApply() { ApplyChanges(); }
+void COptionsSheet::OnApply()
+{
+    ApplyChanges();
+}
 
 } // namespace tarvix

@@ -1,10 +1,10 @@
 #include "ui/ports/DriverMidiPorts.h"
 
 #include "framework/MessageBox.h"
+#include "settings/Settings.h"
 #include "transport/drivers/MidiDriver.h"
 #include "transport/ports/MidiIn.h"
 #include "transport/ports/MidiOut.h"
-#include "settings/Settings.h"
 
 #include <QStatusBar>
 
@@ -57,9 +57,21 @@ void CDriverMidiPorts::CloseDevices()
     m_outputName.clear();
 }
 
-bool CDriverMidiPorts::IsInputOpen() const { return m_input->IsOpen(); }
-bool CDriverMidiPorts::IsOutputOpen() const { return m_output->IsOpen(); }
-QString CDriverMidiPorts::InputName() const { return m_inputName; }
-QString CDriverMidiPorts::OutputName() const { return m_outputName; }
+bool CDriverMidiPorts::IsInputOpen() const
+{
+    return m_input->IsOpen();
+}
+bool CDriverMidiPorts::IsOutputOpen() const
+{
+    return m_output->IsOpen();
+}
+QString CDriverMidiPorts::InputName() const
+{
+    return m_inputName;
+}
+QString CDriverMidiPorts::OutputName() const
+{
+    return m_outputName;
+}
 
 } // namespace tarvix

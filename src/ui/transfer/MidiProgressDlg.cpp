@@ -98,8 +98,17 @@ void CMidiProgressDlg::ShowTransfer()
     m_progress->setValue(ToInt(m_transfer->GetProgressPosition()));
 }
 
-QString CMidiProgressDlg::StatusText() const { return m_text->text(); }
-int CMidiProgressDlg::ProgressMaximum() const { return m_progress->maximum(); }
-int CMidiProgressDlg::ProgressValue() const { return m_progress->value(); }
+QString CMidiProgressDlg::StatusText() const
+{
+    return m_text->text();
+}
+int CMidiProgressDlg::ProgressMaximum() const
+{
+    return m_progress->maximum();
+}
+int CMidiProgressDlg::ProgressValue() const
+{
+    return m_progress->value();
+}
 
 } // namespace tarvix

@@ -35,9 +35,9 @@ TEST(WinMmMidiDriverTest, PortsPastTheListAreTheServicesBadDeviceId)
 
         MidiCallbackRecorder recorder;
         MidiHandle handle = nullptr;
-        EXPECT_EQ(driver.Open(direction, count + 3, &MidiCallbackRecorder::Callback, &recorder,
-                              handle),
-                  kMidiBadDeviceId);
+        EXPECT_EQ(
+            driver.Open(direction, count + 3, &MidiCallbackRecorder::Callback, &recorder, handle),
+            kMidiBadDeviceId);
         EXPECT_EQ(handle, nullptr);
         EXPECT_TRUE(recorder.Calls().empty());
     }
@@ -67,9 +67,9 @@ TEST(WinMmMidiDriverTest, ASysexGoesOutAndItsBufferComesBack)
         GTEST_SKIP() << "the MIDI service lists no output port here";
     MidiCallbackRecorder recorder;
     MidiHandle handle = nullptr;
-    ASSERT_EQ(driver.Open(MidiDirection::Output, 0, &MidiCallbackRecorder::Callback, &recorder,
-                          handle),
-              kMidiNoError);
+    ASSERT_EQ(
+        driver.Open(MidiDirection::Output, 0, &MidiCallbackRecorder::Callback, &recorder, handle),
+        kMidiNoError);
     std::uint8_t bytes[] = {0xF0, 0x7D, 0x01, 0xF7};
     MidiHeader header;
     header.data = bytes;

@@ -1,6 +1,5 @@
 #include "transport/drivers/loopback/LoopbackMidiDriver.h"
 
-
 #include <algorithm>
 #include <utility>
 

@@ -12,8 +12,8 @@
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif
-#include <windows.h>
 #include <mmsystem.h>
+#include <windows.h>
 
 namespace tarvix {
 
@@ -62,8 +62,7 @@ MIDIHDR* HeaderToQueue(WinMmPort& port, MidiDirection direction, MidiHeader& hea
 
 // Marks the header queued for the service's call, and not queued again
 // when the call fails.
-template <typename Call>
-MidiResult Queue(MidiHeader& header, Call call)
+template <typename Call> MidiResult Queue(MidiHeader& header, Call call)
 {
     MarkHeaderQueued(header);
     const MMRESULT result = call();
@@ -107,8 +106,8 @@ void CALLBACK InputCallback(HMIDIIN /*in*/, UINT message, DWORD_PTR instance, DW
     }
 }
 
-void CALLBACK OutputCallback(HMIDIOUT /*out*/, UINT message, DWORD_PTR instance,
-                             DWORD_PTR first, DWORD_PTR /*second*/)
+void CALLBACK OutputCallback(HMIDIOUT /*out*/, UINT message, DWORD_PTR instance, DWORD_PTR first,
+                             DWORD_PTR /*second*/)
 {
     WinMmPort& port = *reinterpret_cast<WinMmPort*>(instance);
     switch (message) {
@@ -154,8 +153,8 @@ MidiResult WinMmMidiDriver::Open(MidiDirection direction, std::uint32_t index,
         direction == MidiDirection::Input
             ? ::midiInOpen(&port->in, index, reinterpret_cast<DWORD_PTR>(&InputCallback), self,
                            CALLBACK_FUNCTION)
-            : ::midiOutOpen(&port->out, index, reinterpret_cast<DWORD_PTR>(&OutputCallback),
-                            self, CALLBACK_FUNCTION);
+            : ::midiOutOpen(&port->out, index, reinterpret_cast<DWORD_PTR>(&OutputCallback), self,
+                            CALLBACK_FUNCTION);
     if (result != MMSYSERR_NOERROR)
         return result;
     handle = port.release();
@@ -190,9 +189,9 @@ MidiResult WinMmMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
     service->lpData = reinterpret_cast<LPSTR>(header.data);
     service->dwBufferLength = header.bufferLength;
     service->dwUser = reinterpret_cast<DWORD_PTR>(&header);
-    const MMRESULT result =
-        port->IsInput() ? ::midiInPrepareHeader(port->in, service.get(), sizeof(MIDIHDR))
-                        : ::midiOutPrepareHeader(port->out, service.get(), sizeof(MIDIHDR));
+    const MMRESULT result = port->IsInput()
+                                ? ::midiInPrepareHeader(port->in, service.get(), sizeof(MIDIHDR))
+                                : ::midiOutPrepareHeader(port->out, service.get(), sizeof(MIDIHDR));
     if (result != MMSYSERR_NOERROR) {
         UnprepareMidiHeader(header);
         return result;
@@ -208,9 +207,9 @@ MidiResult WinMmMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& heade
     MIDIHDR* service = port->Find(header);
     if (service == nullptr)
         return UnprepareMidiHeader(header);
-    const MMRESULT result =
-        port->IsInput() ? ::midiInUnprepareHeader(port->in, service, sizeof(MIDIHDR))
-                        : ::midiOutUnprepareHeader(port->out, service, sizeof(MIDIHDR));
+    const MMRESULT result = port->IsInput()
+                                ? ::midiInUnprepareHeader(port->in, service, sizeof(MIDIHDR))
+                                : ::midiOutUnprepareHeader(port->out, service, sizeof(MIDIHDR));
     if (result != MMSYSERR_NOERROR)
         return result;
     {

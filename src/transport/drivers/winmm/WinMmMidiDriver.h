@@ -12,8 +12,7 @@ class WinMmMidiDriver final : public MidiDriver {
 public:
     std::string GetName() const override { return "WinMM"; }
     std::uint32_t GetNumDevs(MidiDirection direction) override;
-    MidiResult GetDevName(MidiDirection direction, std::uint32_t index,
-                          std::string& name) override;
+    MidiResult GetDevName(MidiDirection direction, std::uint32_t index, std::string& name) override;
     MidiResult Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
                     void* instance, MidiHandle& handle) override;
     MidiResult Close(MidiHandle handle) override;
