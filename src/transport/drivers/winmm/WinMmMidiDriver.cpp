@@ -12,8 +12,11 @@
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif
-#include <mmsystem.h>
 #include <windows.h>
+// mmsystem.h uses the types windows.h declares: the blank line above keeps
+// the include sorter from putting it first.
+
+#include <mmsystem.h>
 
 namespace tarvix {
 
