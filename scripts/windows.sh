@@ -86,7 +86,12 @@ echo "windows: configure reached $error_file:$error_line, $(sed -n "${error_line
 
 echo "== test (windows, under wine)"
 status=0
+rm -f build/windows/wine-run-exits.log
 ctest --preset windows 2>&1 | tee build/windows/ctest.log || status=$?
+if [ "$status" -ne 0 ] && [ -f build/windows/wine-run-exits.log ]; then
+    echo "windows: the programs that ended with an error under wine:" >&2
+    cat build/windows/wine-run-exits.log >&2
+fi
 echo "windows: $((SECONDS - started)) s in all"
 grep -E '^[0-9]+% tests passed' build/windows/ctest.log | tail -n 1
 exit "$status"
