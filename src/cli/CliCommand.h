@@ -38,9 +38,9 @@ struct CliOutput {
 // One tarvix-cli command. The dispatcher parses and checks the arguments
 // against Options() and PositionalNames() and answers --help, so a command
 // only does its work.
-class CliCommand {
+class ICliCommand {
 public:
-    virtual ~CliCommand() = default;
+    virtual ~ICliCommand() = default;
     virtual const char* Name() const = 0;
     virtual const char* Summary() const = 0;
     // More for the command's --help, after the summary; empty for none.
@@ -53,7 +53,7 @@ public:
     virtual int Run(const ParsedArguments& arguments, const CliOutput& output) const = 0;
 };
 
-const std::vector<std::unique_ptr<CliCommand>>& AllCommands();
+const std::vector<std::unique_ptr<ICliCommand>>& AllCommands();
 
 // Runs tarvix-cli with the words after the program name.
 int RunCli(std::span<const std::string> words, const CliOutput& output);

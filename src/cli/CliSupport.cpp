@@ -62,7 +62,7 @@ void PrintList(const CMmt8Memory& memory, ListKind kind, int index, const CliOut
     }
 }
 
-std::string UsageLine(const CliCommand& command)
+std::string UsageLine(const ICliCommand& command)
 {
     std::string line = std::string("tarvix-cli ") + command.Name();
     for (const char* positional : command.PositionalNames())
@@ -73,7 +73,7 @@ std::string UsageLine(const CliCommand& command)
     return line;
 }
 
-int UsageError(const CliCommand& command, const std::string& message, const CliOutput& output)
+int UsageError(const ICliCommand& command, const std::string& message, const CliOutput& output)
 {
     std::fprintf(output.err, "tarvix-cli %s: %s\nUsage: %s\n", command.Name(), message.c_str(),
                  UsageLine(command).c_str());

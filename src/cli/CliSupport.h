@@ -26,8 +26,8 @@ bool SaveDocument(const CMmt8Memory& memory, const std::string& path, const CliO
 void PrintList(const CMmt8Memory& memory, ListKind kind, int index, const CliOutput& output);
 
 // "tarvix-cli NAME ARGUMENTS [OPTIONS]".
-std::string UsageLine(const CliCommand& command);
+std::string UsageLine(const ICliCommand& command);
 // Prints "tarvix-cli NAME: message" and the usage line on stderr; returns kExitUsage.
-int UsageError(const CliCommand& command, const std::string& message, const CliOutput& output);
+int UsageError(const ICliCommand& command, const std::string& message, const CliOutput& output);
 
 } // namespace tarvix::cli

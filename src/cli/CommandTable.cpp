@@ -5,10 +5,10 @@
 
 namespace tarvix::cli {
 
-const std::vector<std::unique_ptr<CliCommand>>& AllCommands()
+const std::vector<std::unique_ptr<ICliCommand>>& AllCommands()
 {
-    static const std::vector<std::unique_ptr<CliCommand>> commands = [] {
-        std::vector<std::unique_ptr<CliCommand>> all;
+    static const std::vector<std::unique_ptr<ICliCommand>> commands = [] {
+        std::vector<std::unique_ptr<ICliCommand>> all;
         all.push_back(MakeMemoryCommand());
         all.push_back(MakePartsCommand());
         all.push_back(MakeTracksCommand());

@@ -15,7 +15,7 @@ const OptionSpec* FindOption(const std::vector<OptionSpec>& options, const std::
     return found == options.end() ? nullptr : &*found;
 }
 
-void PrintCommandHelp(const CliCommand& command, std::FILE* out)
+void PrintCommandHelp(const ICliCommand& command, std::FILE* out)
 {
     std::fprintf(out, "Usage: %s\n\n%s\n", UsageLine(command).c_str(), command.Summary());
     if (*command.Details() != '\0')
@@ -48,7 +48,7 @@ bool IsOptionWord(const std::string& word)
     return word.size() > 1 && word[0] == '-';
 }
 
-int ParseAndRun(const CliCommand& command, std::span<const std::string> words,
+int ParseAndRun(const ICliCommand& command, std::span<const std::string> words,
                 const CliOutput& output)
 {
     const auto options = command.Options();

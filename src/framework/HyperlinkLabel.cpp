@@ -3,7 +3,7 @@
 namespace tarvix {
 
 CHyperlinkLabel::CHyperlinkLabel(const QString& text, const QUrl& target, QWidget* parent)
-    : QLabel(parent), m_target(target)
+    : QLabel(parent)
 {
     setText(QStringLiteral("<a href=\"%1\">%2</a>")
                 .arg(target.toString(QUrl::FullyEncoded).toHtmlEscaped(), text.toHtmlEscaped()));

@@ -10,11 +10,6 @@ class CHyperlinkLabel : public QLabel {
     Q_OBJECT
 public:
     CHyperlinkLabel(const QString& text, const QUrl& target, QWidget* parent = nullptr);
-
-    QUrl Target() const { return m_target; }
-
-private:
-    QUrl m_target;
 };
 
 } // namespace tarvix

@@ -66,7 +66,7 @@ namespace {
 // message they belong to is then taken as damaged.
 class CableInput : public CMidiIn {
 public:
-    CableInput(MidiDriver& driver, std::optional<std::size_t> buffer)
+    CableInput(IMidiDriver& driver, std::optional<std::size_t> buffer)
         : CMidiIn(driver),
           m_buffer(buffer ? std::make_optional<CCablePacer>(*buffer) : std::nullopt)
     {
@@ -100,8 +100,8 @@ private:
 };
 } // namespace
 
-struct SimulatedMmt8::Connection {
-    Connection(MidiDriver& driver, std::optional<std::size_t> inputBuffer)
+struct CSimulatedMmt8::Connection {
+    Connection(IMidiDriver& driver, std::optional<std::size_t> inputBuffer)
         : input(driver, inputBuffer), output(driver)
     {
     }
@@ -112,13 +112,13 @@ struct SimulatedMmt8::Connection {
     bool damaged = false; // bytes of the message in progress were lost
 };
 
-SimulatedMmt8::SimulatedMmt8(std::vector<std::uint8_t> memory, Options options, Log log)
+CSimulatedMmt8::CSimulatedMmt8(std::vector<std::uint8_t> memory, Options options, Log log)
     : m_options(std::move(options)), m_log(std::move(log)), m_memory(std::move(memory))
 {
     m_sender = std::thread([this] { RunSender(); });
 }
 
-SimulatedMmt8::~SimulatedMmt8()
+CSimulatedMmt8::~CSimulatedMmt8()
 {
     {
         const std::lock_guard lock(m_senderLock);
@@ -130,7 +130,7 @@ SimulatedMmt8::~SimulatedMmt8()
     m_connections.clear();
 }
 
-bool SimulatedMmt8::CheckMemory(std::span<const std::uint8_t> memory, std::string& error)
+bool CSimulatedMmt8::CheckMemory(std::span<const std::uint8_t> memory, std::string& error)
 {
     std::vector<std::span<const std::uint8_t>> messages;
     if (!SplitMessages(memory, messages)) {
@@ -142,13 +142,13 @@ bool SimulatedMmt8::CheckMemory(std::span<const std::uint8_t> memory, std::strin
                        [&error](const auto& message) { return IsLoadableDump(message, error); });
 }
 
-double SimulatedMmt8::GetWireSeconds(std::size_t bytes)
+double CSimulatedMmt8::GetWireSeconds(std::size_t bytes)
 {
     return static_cast<double>(bytes) / CCablePacer::kBytesPerSecond;
 }
 
-bool SimulatedMmt8::Attach(MidiDriver& driver, const std::string& inputName,
-                           const std::string& outputName, std::string& error)
+bool CSimulatedMmt8::Attach(IMidiDriver& driver, const std::string& inputName,
+                            const std::string& outputName, std::string& error)
 {
     auto connection = std::make_unique<Connection>(
         driver, m_options.wireSpeed ? std::make_optional(m_options.inputBuffer) : std::nullopt);
@@ -178,7 +178,7 @@ bool SimulatedMmt8::Attach(MidiDriver& driver, const std::string& inputName,
     return true;
 }
 
-bool SimulatedMmt8::RequestSend()
+bool CSimulatedMmt8::RequestSend()
 {
     {
         const std::lock_guard lock(m_senderLock);
@@ -191,19 +191,19 @@ bool SimulatedMmt8::RequestSend()
     return true;
 }
 
-bool SimulatedMmt8::IsSending() const
+bool CSimulatedMmt8::IsSending() const
 {
     const std::lock_guard lock(m_senderLock);
     return m_sending;
 }
 
-std::vector<std::uint8_t> SimulatedMmt8::GetMemory() const
+std::vector<std::uint8_t> CSimulatedMmt8::GetMemory() const
 {
     const std::lock_guard lock(m_memoryLock);
     return m_memory;
 }
 
-void SimulatedMmt8::Poll()
+void CSimulatedMmt8::Poll()
 {
     // Copied out first: loading and writing must not hold the list locks.
     struct Arrived {
@@ -239,7 +239,7 @@ void SimulatedMmt8::Poll()
         TakeIn(message.bytes, message.damaged);
 }
 
-void SimulatedMmt8::TakeIn(std::span<const std::uint8_t> message, bool damaged)
+void CSimulatedMmt8::TakeIn(std::span<const std::uint8_t> message, bool damaged)
 {
     const bool complete =
         message.size() >= 2 && message.front() == kSysexStart && message.back() == kSysexEnd;
@@ -272,7 +272,7 @@ void SimulatedMmt8::TakeIn(std::span<const std::uint8_t> message, bool damaged)
         Say(WithoutLineEnd(error));
 }
 
-void SimulatedMmt8::RunSender()
+void CSimulatedMmt8::RunSender()
 {
     std::unique_lock lock(m_senderLock);
     for (;;) {
@@ -287,7 +287,7 @@ void SimulatedMmt8::RunSender()
     }
 }
 
-void SimulatedMmt8::Send(const std::vector<std::uint8_t>& bytes)
+void CSimulatedMmt8::Send(const std::vector<std::uint8_t>& bytes)
 {
     Say(FormatText("Sending %u bytes%s", static_cast<unsigned>(bytes.size()),
                    m_options.wireSpeed ? " at wire speed" : ""));
@@ -317,14 +317,14 @@ void SimulatedMmt8::Send(const std::vector<std::uint8_t>& bytes)
     Say(FormatText("Sent %u bytes in %.2f s", static_cast<unsigned>(bytes.size()), took.count()));
 }
 
-void SimulatedMmt8::QueueEverywhere(std::span<const std::uint8_t> bytes)
+void CSimulatedMmt8::QueueEverywhere(std::span<const std::uint8_t> bytes)
 {
     const std::lock_guard lock(m_connectionsLock);
     for (const auto& connection : m_connections)
         connection->output.QueueSysex(bytes, true);
 }
 
-bool SimulatedMmt8::AnythingQueued() const
+bool CSimulatedMmt8::AnythingQueued() const
 {
     const std::lock_guard lock(m_connectionsLock);
     return std::any_of(m_connections.begin(), m_connections.end(), [](const auto& connection) {
@@ -337,13 +337,13 @@ bool SimulatedMmt8::AnythingQueued() const
     });
 }
 
-bool SimulatedMmt8::WaitUntil(std::chrono::steady_clock::time_point deadline)
+bool CSimulatedMmt8::WaitUntil(std::chrono::steady_clock::time_point deadline)
 {
     std::unique_lock lock(m_senderLock);
     return !m_senderWake.wait_until(lock, deadline, [this] { return m_stopping; });
 }
 
-void SimulatedMmt8::Say(const std::string& line)
+void CSimulatedMmt8::Say(const std::string& line)
 {
     const std::lock_guard lock(m_logLock);
     if (m_log)

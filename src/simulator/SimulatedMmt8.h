@@ -16,7 +16,7 @@ namespace tarvix {
 
 class CMidiIn;
 class CMidiOut;
-class MidiDriver;
+class IMidiDriver;
 
 // A stand-in for the Alesis MMT-8 at the far end of the cable, for tests
 // and demonstrations. Asked to, it sends its memory as the device's dump;
@@ -24,7 +24,7 @@ class MidiDriver;
 // written out byte for byte. Its ports are ordinary CMidiIn and CMidiOut
 // ports, so it runs on any driver: Loopback in tests, its own JACK or ALSA
 // ports in `tarvix-cli device`.
-class SimulatedMmt8 {
+class CSimulatedMmt8 {
 public:
     // One line of what the device does, without a line end. Called from
     // the caller's thread and from the sender's, never at the same time.
@@ -45,12 +45,12 @@ public:
 
     // memory: F0..F7 messages, back to back, one of them a dump that loads
     // (CheckMemory); they are all sent, in order, as the device's dump.
-    SimulatedMmt8(std::vector<std::uint8_t> memory, Options options, Log log);
+    CSimulatedMmt8(std::vector<std::uint8_t> memory, Options options, Log log);
     // Stops a send under way and closes the ports; the drivers they were
     // attached on must outlive it.
-    ~SimulatedMmt8();
-    SimulatedMmt8(const SimulatedMmt8&) = delete;
-    SimulatedMmt8& operator=(const SimulatedMmt8&) = delete;
+    ~CSimulatedMmt8();
+    CSimulatedMmt8(const CSimulatedMmt8&) = delete;
+    CSimulatedMmt8& operator=(const CSimulatedMmt8&) = delete;
 
     // True when the bytes are a run of F0..F7 messages holding a dump that
     // loads; otherwise the reason, as the program words it.
@@ -61,7 +61,7 @@ public:
     // Opens an input and an output port of the driver, named so, and
     // listens. Several pairs (JACK and ALSA) may be attached; the memory
     // goes out on all of them.
-    bool Attach(MidiDriver& driver, const std::string& inputName, const std::string& outputName,
+    bool Attach(IMidiDriver& driver, const std::string& inputName, const std::string& outputName,
                 std::string& error);
 
     // Starts sending the memory; false, and nothing new starts, while a

@@ -4,30 +4,30 @@
 
 namespace tarvix {
 
-VirtualPortDriver::VirtualPortDriver(MidiDriver& backend, Opener opener, std::string inputName,
-                                     std::string outputName)
+CVirtualPortDriver::CVirtualPortDriver(IMidiDriver& backend, Opener opener, std::string inputName,
+                                       std::string outputName)
     : m_backend(backend), m_opener(std::move(opener)), m_inputName(std::move(inputName)),
       m_outputName(std::move(outputName))
 {
 }
 
-const std::string& VirtualPortDriver::NameOf(MidiDirection direction) const
+const std::string& CVirtualPortDriver::NameOf(MidiDirection direction) const
 {
     return direction == MidiDirection::Input ? m_inputName : m_outputName;
 }
 
-std::string VirtualPortDriver::GetName() const
+std::string CVirtualPortDriver::GetName() const
 {
     return m_backend.GetName();
 }
 
-std::uint32_t VirtualPortDriver::GetNumDevs(MidiDirection /*direction*/)
+std::uint32_t CVirtualPortDriver::GetNumDevs(MidiDirection /*direction*/)
 {
     return 1;
 }
 
-MidiResult VirtualPortDriver::GetDevName(MidiDirection direction, std::uint32_t index,
-                                         std::string& name)
+MidiResult CVirtualPortDriver::GetDevName(MidiDirection direction, std::uint32_t index,
+                                          std::string& name)
 {
     if (index != 0)
         return kMidiBadDeviceId;
@@ -35,20 +35,20 @@ MidiResult VirtualPortDriver::GetDevName(MidiDirection direction, std::uint32_t 
     return kMidiNoError;
 }
 
-MidiResult VirtualPortDriver::Open(MidiDirection direction, std::uint32_t index,
-                                   MidiCallback callback, void* instance, MidiHandle& handle)
+MidiResult CVirtualPortDriver::Open(MidiDirection direction, std::uint32_t index,
+                                    MidiCallback callback, void* instance, MidiHandle& handle)
 {
     if (index != 0)
         return kMidiBadDeviceId;
     return m_opener(direction, NameOf(direction), callback, instance, handle);
 }
 
-std::string VirtualPortDriver::GetErrorText(MidiResult result) const
+std::string CVirtualPortDriver::GetErrorText(MidiResult result) const
 {
     return m_backend.GetErrorText(result);
 }
 
-std::string VirtualPortDriver::GetUnavailableReason() const
+std::string CVirtualPortDriver::GetUnavailableReason() const
 {
     return m_backend.GetUnavailableReason();
 }

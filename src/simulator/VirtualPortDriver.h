@@ -12,14 +12,14 @@ namespace tarvix {
 // one output, and opening them creates them through the backend's
 // OpenVirtual. Everything else goes straight to the backend. This lets the
 // ordinary CMidiIn and CMidiOut serve the simulated device.
-class VirtualPortDriver : public CForwardingMidiDriver {
+class CVirtualPortDriver : public CForwardingMidiDriver {
 public:
     using Opener =
         std::function<MidiResult(MidiDirection direction, const std::string& portName,
                                  MidiCallback callback, void* instance, MidiHandle& handle)>;
 
-    VirtualPortDriver(MidiDriver& backend, Opener opener, std::string inputName,
-                      std::string outputName);
+    CVirtualPortDriver(IMidiDriver& backend, Opener opener, std::string inputName,
+                       std::string outputName);
 
     std::string GetName() const override;
     std::uint32_t GetNumDevs(MidiDirection direction) override;
@@ -30,10 +30,10 @@ public:
     std::string GetUnavailableReason() const override;
 
 private:
-    MidiDriver* Target(MidiHandle /*handle*/) const override { return &m_backend; }
+    IMidiDriver* Target(MidiHandle /*handle*/) const override { return &m_backend; }
     const std::string& NameOf(MidiDirection direction) const;
 
-    MidiDriver& m_backend;
+    IMidiDriver& m_backend;
     Opener m_opener;
     std::string m_inputName;
     std::string m_outputName;

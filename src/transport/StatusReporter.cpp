@@ -3,6 +3,6 @@
 namespace tarvix {
 
 // Anchors the interface's virtual table in one object file.
-StatusReporter::~StatusReporter() = default;
+IStatusReporter::~IStatusReporter() = default;
 
 } // namespace tarvix

@@ -2,7 +2,7 @@
 
 #include "model/Mmt8Memory.h"
 #include "settings/Settings.h"
-#include "transport/drivers/SystemMidiDriver.h"
+#include "transport/drivers/SystemMidiService.h"
 #include "ui/EditorCommands.h"
 #include "ui/MainFrame.h"
 #include "ui/MidiPorts.h"
@@ -21,22 +21,22 @@ static void InitResources()
 namespace tarvix {
 
 CApplication::CApplication(const CSettingsKey& key, std::unique_ptr<IMidiPorts> ports,
-                           std::unique_ptr<CPendingCommands> pending)
+                           std::unique_ptr<IPendingCommands> pending)
     : m_settings(std::make_unique<CSettings>(key)), m_memory(std::make_unique<CMmt8Memory>()),
       m_ports(ports ? std::move(ports)
-                    : std::make_unique<CDriverMidiPorts>(CreateSystemMidiDriver(), *m_settings))
+                    : std::make_unique<CDriverMidiPorts>(CreateSystemMidiService(), *m_settings))
 {
     BuildWindow(std::move(pending));
 }
 
-CApplication::CApplication(const CSettingsKey& key, std::unique_ptr<MidiDriver> driver)
+CApplication::CApplication(const CSettingsKey& key, std::unique_ptr<IMidiDriver> driver)
     : m_settings(std::make_unique<CSettings>(key)), m_memory(std::make_unique<CMmt8Memory>()),
       m_ports(std::make_unique<CDriverMidiPorts>(std::move(driver), *m_settings))
 {
     BuildWindow(nullptr);
 }
 
-void CApplication::BuildWindow(std::unique_ptr<CPendingCommands> pending)
+void CApplication::BuildWindow(std::unique_ptr<IPendingCommands> pending)
 {
     InitResources();
     if (pending) {

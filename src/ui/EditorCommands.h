@@ -13,7 +13,7 @@ class CSettings;
 class IMidiPorts;
 
 // The window's commands, handed on to the subsystem that runs each.
-class CEditorCommands : public CPendingCommands {
+class CEditorCommands : public IPendingCommands {
 public:
     CEditorCommands(CMmt8Memory& memory, CSettings& settings, IMidiPorts& ports);
 

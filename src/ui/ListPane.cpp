@@ -49,7 +49,7 @@ bool IsMovingKey(int key)
 }
 } // namespace
 
-CListPane::CListPane(ViewContext& context, CPendingCommands& pending, QWidget* parent)
+CListPane::CListPane(ViewContext& context, IPendingCommands& pending, QWidget* parent)
     : QTableView(parent), m_context(context), m_pending(pending),
       m_model(new CListModel(context.memory, this))
 {

@@ -12,7 +12,7 @@
 namespace tarvix {
 
 class CListModel;
-class CPendingCommands;
+class IPendingCommands;
 struct ViewContext;
 
 // The right pane: the list of what CurrentNode holds, in one of four
@@ -20,7 +20,7 @@ struct ViewContext;
 class CListPane : public QTableView {
     Q_OBJECT
 public:
-    CListPane(ViewContext& context, CPendingCommands& pending, QWidget* parent = nullptr);
+    CListPane(ViewContext& context, IPendingCommands& pending, QWidget* parent = nullptr);
 
     CListModel& Model() { return *m_model; }
     // Rebuilds or redraws for CurrentNode.
@@ -64,7 +64,7 @@ private:
     int FirstSelectedRow() const;
 
     ViewContext& m_context;
-    CPendingCommands& m_pending;
+    IPendingCommands& m_pending;
     CListModel* m_model;
     // A menu asked for while the right button is still down opens on release.
     std::optional<QPoint> m_pendingMenu;

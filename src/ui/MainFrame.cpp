@@ -35,7 +35,7 @@
 namespace tarvix {
 
 CMainFrame::CMainFrame(CMmt8Memory& memory, CSettings& settings, IMidiPorts& ports,
-                       CPendingCommands& pending, QWidget* parent)
+                       IPendingCommands& pending, QWidget* parent)
     : QMainWindow(parent), m_history(memory), m_context{memory, m_history}, m_settings(settings),
       m_ports(ports), m_pending(pending)
 {

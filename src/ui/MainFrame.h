@@ -21,7 +21,7 @@ namespace tarvix {
 class CCommandActions;
 class CListPane;
 class CMmt8Memory;
-class CPendingCommands;
+class IPendingCommands;
 class CRecentFileList;
 class CSettings;
 class CStatusPanes;
@@ -37,7 +37,7 @@ class CMainFrame : public QMainWindow {
     Q_OBJECT
 public:
     CMainFrame(CMmt8Memory& memory, CSettings& settings, IMidiPorts& ports,
-               CPendingCommands& pending, QWidget* parent = nullptr);
+               IPendingCommands& pending, QWidget* parent = nullptr);
     ~CMainFrame() override;
 
     // After the window is shown: the files of the command line, or else the
@@ -126,7 +126,7 @@ private:
     ViewContext m_context;
     CSettings& m_settings;
     IMidiPorts& m_ports;
-    CPendingCommands& m_pending;
+    IPendingCommands& m_pending;
 
     CCommandActions* m_actions = nullptr;
     QToolBar* m_toolBar = nullptr;

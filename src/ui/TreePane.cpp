@@ -30,7 +30,7 @@ public:
 };
 } // namespace
 
-CTreePane::CTreePane(ViewContext& context, CPendingCommands& pending, QWidget* parent)
+CTreePane::CTreePane(ViewContext& context, IPendingCommands& pending, QWidget* parent)
     : QTreeView(parent), m_context(context), m_pending(pending),
       m_model(new CNavigationModel(context.memory, context.history, this))
 {

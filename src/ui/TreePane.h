@@ -9,7 +9,7 @@
 namespace tarvix {
 
 class CNavigationModel;
-class CPendingCommands;
+class IPendingCommands;
 struct ViewContext;
 
 // The left pane: the navigation tree. Selecting an item sets CurrentNode
@@ -18,7 +18,7 @@ struct ViewContext;
 class CTreePane : public QTreeView {
     Q_OBJECT
 public:
-    CTreePane(ViewContext& context, CPendingCommands& pending, QWidget* parent = nullptr);
+    CTreePane(ViewContext& context, IPendingCommands& pending, QWidget* parent = nullptr);
 
     CNavigationModel& Model() { return *m_model; }
     // Redraws every label from the document.
@@ -50,7 +50,7 @@ private:
     void OnSelectionChanged();
 
     ViewContext& m_context;
-    CPendingCommands& m_pending;
+    IPendingCommands& m_pending;
     CNavigationModel* m_model;
     bool m_editingLabel = false;
 };

@@ -68,13 +68,13 @@ protected:
         });
     }
 
-    void Start(Bytes memory, SimulatedMmt8::Options options = {})
+    void Start(Bytes memory, CSimulatedMmt8::Options options = {})
     {
-        device = std::make_unique<SimulatedMmt8>(std::move(memory), options,
-                                                 [this](const std::string& line) {
-                                                     const std::lock_guard lock(mutex);
-                                                     log.push_back(line);
-                                                 });
+        device = std::make_unique<CSimulatedMmt8>(std::move(memory), options,
+                                                  [this](const std::string& line) {
+                                                      const std::lock_guard lock(mutex);
+                                                      log.push_back(line);
+                                                  });
         std::string error;
         ASSERT_TRUE(device->Attach(driver, kCable, kCable, error)) << error;
     }
@@ -114,14 +114,14 @@ protected:
         std::size_t total;
     };
 
-    LoopbackMidiDriver driver;
+    CLoopbackMidiDriver driver;
     LoopbackMidiDevice& cable = driver.CreatePort(kCable);
     std::mutex mutex;
     Bytes arrived;
     std::vector<Arrival> arrivals;
     std::vector<std::string> log;
     TempDir folder;
-    std::unique_ptr<SimulatedMmt8> device; // goes before the driver
+    std::unique_ptr<CSimulatedMmt8> device; // goes before the driver
 };
 
 TEST_F(SimulatedMmt8Test, SendsItsMemoryAsItIsOnEveryRequest)
@@ -156,7 +156,7 @@ TEST_F(SimulatedMmt8Test, SendsOnEveryAttachedCable)
 TEST_F(SimulatedMmt8Test, AtWireSpeedNoByteArrivesBeforeTheCableCouldCarryIt)
 {
     const Bytes memory = DumpOf(3);
-    SimulatedMmt8::Options options;
+    CSimulatedMmt8::Options options;
     options.wireSpeed = true;
     Start(memory, options);
 
@@ -174,7 +174,7 @@ TEST_F(SimulatedMmt8Test, AtWireSpeedNoByteArrivesBeforeTheCableCouldCarryIt)
     constexpr std::size_t kAhead = 32;
     for (const Arrival& arrival : arrivals) {
         const std::chrono::duration<double> elapsed = arrival.when - start;
-        EXPECT_LE(SimulatedMmt8::GetWireSeconds(arrival.total - std::min(arrival.total, kAhead)),
+        EXPECT_LE(CSimulatedMmt8::GetWireSeconds(arrival.total - std::min(arrival.total, kAhead)),
                   elapsed.count() + 1e-6)
             << arrival.total << " bytes after " << elapsed.count() << " s";
     }
@@ -183,7 +183,7 @@ TEST_F(SimulatedMmt8Test, AtWireSpeedNoByteArrivesBeforeTheCableCouldCarryIt)
 TEST_F(SimulatedMmt8Test, AReceivedDumpBecomesItsMemoryAndIsWrittenByteForByte)
 {
     const std::string path = folder.File("received.syx");
-    SimulatedMmt8::Options options;
+    CSimulatedMmt8::Options options;
     options.receivedPath = path;
     Start(DumpOf(4), options);
     const Bytes dump = DumpOf(5);
@@ -203,7 +203,7 @@ TEST_F(SimulatedMmt8Test, AReceivedDumpBecomesItsMemoryAndIsWrittenByteForByte)
 TEST_F(SimulatedMmt8Test, ADumpCutShortIsIgnoredAndTheNextOneTaken)
 {
     const std::string path = folder.File("received.syx");
-    SimulatedMmt8::Options options;
+    CSimulatedMmt8::Options options;
     options.receivedPath = path;
     const Bytes memory = DumpOf(6);
     Start(memory, options);
@@ -225,7 +225,7 @@ TEST_F(SimulatedMmt8Test, ADumpCutShortIsIgnoredAndTheNextOneTaken)
 TEST_F(SimulatedMmt8Test, AtWireSpeedInputFasterThanTheCableOverflowsItsBufferAndIsRefused)
 {
     const std::string path = folder.File("received.syx");
-    SimulatedMmt8::Options options;
+    CSimulatedMmt8::Options options;
     options.wireSpeed = true;
     options.inputBuffer = 300;
     options.receivedPath = path;
@@ -252,7 +252,7 @@ TEST_F(SimulatedMmt8Test, GoingAwayInTheMiddleOfASendEndsIt)
     Bytes memory = DumpOf(9);
     for (int i = 0; i < 3; ++i)
         memory = Concat(memory, DumpOf(9));
-    SimulatedMmt8::Options options;
+    CSimulatedMmt8::Options options;
     options.wireSpeed = true; // several seconds of wire
     Start(memory, options);
 
@@ -277,26 +277,26 @@ TEST(SimulatedMmt8Memory, MustBeSysexMessagesHoldingADumpThatLoads)
 {
     const Bytes dump = DumpOf(10);
     std::string error;
-    EXPECT_TRUE(SimulatedMmt8::CheckMemory(dump, error)) << error;
-    EXPECT_TRUE(SimulatedMmt8::CheckMemory(Concat(kOtherMakers, dump), error)) << error;
+    EXPECT_TRUE(CSimulatedMmt8::CheckMemory(dump, error)) << error;
+    EXPECT_TRUE(CSimulatedMmt8::CheckMemory(Concat(kOtherMakers, dump), error)) << error;
 
-    EXPECT_FALSE(SimulatedMmt8::CheckMemory(Concat(dump, {0x00}), error));
+    EXPECT_FALSE(CSimulatedMmt8::CheckMemory(Concat(dump, {0x00}), error));
     EXPECT_EQ(error, "Invalid SysEx format\n");
-    EXPECT_FALSE(SimulatedMmt8::CheckMemory(Concat({0x00}, dump), error));
+    EXPECT_FALSE(CSimulatedMmt8::CheckMemory(Concat({0x00}, dump), error));
     EXPECT_EQ(error, "Invalid SysEx format\n");
-    EXPECT_FALSE(SimulatedMmt8::CheckMemory(Bytes(dump.begin(), dump.end() - 1), error));
+    EXPECT_FALSE(CSimulatedMmt8::CheckMemory(Bytes(dump.begin(), dump.end() - 1), error));
     EXPECT_EQ(error, "Invalid SysEx format\n");
 
-    EXPECT_FALSE(SimulatedMmt8::CheckMemory(kOtherMakers, error));
+    EXPECT_FALSE(CSimulatedMmt8::CheckMemory(kOtherMakers, error));
     EXPECT_EQ(error, "Invalid sysex data\n");
-    EXPECT_FALSE(SimulatedMmt8::CheckMemory({}, error));
+    EXPECT_FALSE(CSimulatedMmt8::CheckMemory({}, error));
     EXPECT_EQ(error, "Invalid sysex data\n");
 }
 
 TEST(SimulatedMmt8Memory, WireTimeIsTenBitsAByteAt31250Baud)
 {
-    EXPECT_DOUBLE_EQ(SimulatedMmt8::GetWireSeconds(3125), 1.0);
-    EXPECT_DOUBLE_EQ(SimulatedMmt8::GetWireSeconds(71000), 22.72);
+    EXPECT_DOUBLE_EQ(CSimulatedMmt8::GetWireSeconds(3125), 1.0);
+    EXPECT_DOUBLE_EQ(CSimulatedMmt8::GetWireSeconds(71000), 22.72);
 }
 
 } // namespace

@@ -29,10 +29,10 @@ protected:
     {
     }
 
-    LoopbackMidiDriver backend;
+    CLoopbackMidiDriver backend;
     LoopbackMidiDevice& cable = backend.CreatePort("cable");
     std::vector<std::string> opened;
-    VirtualPortDriver ports;
+    CVirtualPortDriver ports;
 };
 
 TEST_F(VirtualPortDriverTest, ListsJustItsOwnTwoPorts)

@@ -6,11 +6,11 @@
 #include "framework/DialogRunner.h"
 #include "model/SysexDump.h"
 #include "settings/SettingsKey.h"
-#include "simulator/DeviceBackends.h"
 #include "simulator/SimulatedMmt8.h"
+#include "simulator/SimulatorPorts.h"
 #include "support/JackServer.h"
 #include "support/RandomDocument.h"
-#include "transport/drivers/SystemMidiDriver.h"
+#include "transport/drivers/SystemMidiService.h"
 #include "ui/transfer/MidiProgressDlg.h"
 
 #include <QApplication>
@@ -82,23 +82,23 @@ protected:
     }
 
     // The device on its own JACK ports, and the program's settings naming them.
-    SimulatedMmt8& StartDevice(Bytes memory, bool wireSpeed)
+    CSimulatedMmt8& StartDevice(Bytes memory, bool wireSpeed)
     {
-        m_backends = CreateDeviceBackends("tarvix-device");
-        SimulatedMmt8::Options options;
+        m_backends = CreateSimulatorPorts("tarvix-device");
+        CSimulatedMmt8::Options options;
         options.wireSpeed = wireSpeed;
         m_device =
-            std::make_unique<SimulatedMmt8>(std::move(memory), options, [](const std::string&) {});
-        for (DeviceBackend& backend : m_backends) {
+            std::make_unique<CSimulatedMmt8>(std::move(memory), options, [](const std::string&) {});
+        for (SimulatorPorts& backend : m_backends) {
             if (backend.system->GetName() != "JACK")
                 continue;
             std::string error;
-            EXPECT_TRUE(m_device->Attach(*backend.ports, DeviceBackend::kInputPort,
-                                         DeviceBackend::kOutputPort, error))
+            EXPECT_TRUE(m_device->Attach(*backend.ports, SimulatorPorts::kInputPort,
+                                         SimulatorPorts::kOutputPort, error))
                 << error;
             const CSettingsKey key = CSettingsKey::InFile(SettingsPath().toStdString());
-            key.WriteStringValue("MidiInDevice", backend.listedName(DeviceBackend::kOutputPort));
-            key.WriteStringValue("MidiOutDevice", backend.listedName(DeviceBackend::kInputPort));
+            key.WriteStringValue("MidiInDevice", backend.listedName(SimulatorPorts::kOutputPort));
+            key.WriteStringValue("MidiOutDevice", backend.listedName(SimulatorPorts::kInputPort));
         }
         return *m_device;
     }
@@ -106,21 +106,21 @@ protected:
     void StartProgram()
     {
         m_app = std::make_unique<CApplication>(CSettingsKey::InFile(SettingsPath().toStdString()),
-                                               CreateSystemMidiDriver());
+                                               CreateSystemMidiService());
         m_app->Start({});
         ProcessEvents();
     }
 
     static inline std::unique_ptr<test::JackServer> s_server;
     static inline std::string s_startError;
-    std::vector<DeviceBackend> m_backends;
-    std::unique_ptr<SimulatedMmt8> m_device;
+    std::vector<SimulatorPorts> m_backends;
+    std::unique_ptr<CSimulatedMmt8> m_device;
 };
 
 TEST_F(JackTransferTest, ReceiveTheDevicesDumpAtWireSpeedThenSendADocument)
 {
     const Bytes dump = DumpOf(20);
-    SimulatedMmt8& device = StartDevice(dump, true);
+    CSimulatedMmt8& device = StartDevice(dump, true);
     StartProgram();
     ASSERT_TRUE(m_app->Ports().IsInputOpen());
     ASSERT_TRUE(m_app->Ports().IsOutputOpen());

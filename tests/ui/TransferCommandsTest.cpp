@@ -68,7 +68,7 @@ protected:
 TEST_F(TransferCommandsTest, ReceiveShowsWaitingReceivingAndReceivedThenLoadsTheDump)
 {
     const Bytes dump = DumpOf(1);
-    SimulatedMmt8& device = ConnectSimulatedDevice(dump, true);
+    CSimulatedMmt8& device = ConnectSimulatedDevice(dump, true);
     UseDevice();
     StartOnLoopback();
     QStringList states;

@@ -13,7 +13,7 @@
 namespace tarvix::testing {
 
 TransportUiTest::TransportUiTest()
-    : m_ownedDriver(std::make_unique<LoopbackMidiDriver>()), m_driver(m_ownedDriver.get()),
+    : m_ownedDriver(std::make_unique<CLoopbackMidiDriver>()), m_driver(m_ownedDriver.get()),
       m_device(&m_driver->CreatePort(kDeviceName))
 {
 }
@@ -24,17 +24,17 @@ TransportUiTest::~TransportUiTest()
     m_simulator.reset();
 }
 
-SimulatedMmt8& TransportUiTest::ConnectSimulatedDevice(Bytes memory, bool wireSpeed)
+CSimulatedMmt8& TransportUiTest::ConnectSimulatedDevice(Bytes memory, bool wireSpeed)
 {
-    m_deviceDriver = std::make_unique<LoopbackMidiDriver>("Device side");
+    m_deviceDriver = std::make_unique<CLoopbackMidiDriver>("Device side");
     LoopbackMidiDevice& far = m_deviceDriver->CreatePort(kDeviceName);
     LoopbackMidiDevice& near = *m_device;
     near.SetReceiver([&far](const std::uint8_t* data, std::size_t size) { far.Feed(data, size); });
     far.SetReceiver([&near](const std::uint8_t* data, std::size_t size) { near.Feed(data, size); });
-    SimulatedMmt8::Options options;
+    CSimulatedMmt8::Options options;
     options.wireSpeed = wireSpeed;
     m_simulator =
-        std::make_unique<SimulatedMmt8>(std::move(memory), options, [](const std::string&) {});
+        std::make_unique<CSimulatedMmt8>(std::move(memory), options, [](const std::string&) {});
     std::string error;
     EXPECT_TRUE(m_simulator->Attach(*m_deviceDriver, kDeviceName, kDeviceName, error)) << error;
     return *m_simulator;

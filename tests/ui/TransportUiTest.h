@@ -37,14 +37,14 @@ protected:
 
     void StartOnLoopback(const QStringList& arguments = {});
 
-    LoopbackMidiDriver& Driver() { return *m_driver; }
+    CLoopbackMidiDriver& Driver() { return *m_driver; }
     LoopbackMidiDevice& Device() { return *m_device; }
     CMidiIn& Input();
     CMidiOut& Output();
 
     // The simulated device on the other end of the cable, its own ports on
     // a second Loopback driver wired to ours; before the start.
-    SimulatedMmt8& ConnectSimulatedDevice(Bytes memory, bool wireSpeed);
+    CSimulatedMmt8& ConnectSimulatedDevice(Bytes memory, bool wireSpeed);
 
     // Runs the event loop until the condition holds; false after a long while.
     static bool WaitUntil(const std::function<bool()>& condition);
@@ -56,11 +56,11 @@ protected:
     static std::string DifferenceFrom(unsigned seed, const CMmt8Memory& memory);
 
 private:
-    std::unique_ptr<LoopbackMidiDriver> m_ownedDriver;
-    LoopbackMidiDriver* m_driver = nullptr; // owned by the application once started
+    std::unique_ptr<CLoopbackMidiDriver> m_ownedDriver;
+    CLoopbackMidiDriver* m_driver = nullptr; // owned by the application once started
     LoopbackMidiDevice* m_device = nullptr;
-    std::unique_ptr<LoopbackMidiDriver> m_deviceDriver;
-    std::unique_ptr<SimulatedMmt8> m_simulator;
+    std::unique_ptr<CLoopbackMidiDriver> m_deviceDriver;
+    std::unique_ptr<CSimulatedMmt8> m_simulator;
 };
 
 } // namespace tarvix::testing

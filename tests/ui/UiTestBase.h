@@ -42,7 +42,7 @@ public:
 };
 
 // Writes down every hook the window reaches, one line each.
-class CRecordingCommands : public CPendingCommands {
+class CRecordingCommands : public IPendingCommands {
 public:
     void Receive() override { log << QStringLiteral("Receive"); }
     void Send() override { log << QStringLiteral("Send"); }

@@ -6,8 +6,8 @@
 #include "model/Mmt8Memory.h"
 #include "model/SysexDump.h"
 #include "model/TextBuilder.h"
-#include "simulator/DeviceBackends.h"
 #include "simulator/SimulatedMmt8.h"
+#include "simulator/SimulatorPorts.h"
 
 #include <poll.h>
 #include <unistd.h>
@@ -33,7 +33,7 @@ bool ReadMemory(const std::string& path, std::vector<std::uint8_t>& memory, std:
         return false;
     memory.assign(file.GetView(), file.GetView() + file.GetFileSize());
     file.Close();
-    return SimulatedMmt8::CheckMemory(memory, error);
+    return CSimulatedMmt8::CheckMemory(memory, error);
 }
 
 // Enter on standard input asks for a send; at its end it is no longer watched.
@@ -62,7 +62,7 @@ private:
     bool m_open = true;
 };
 
-class DeviceCommand final : public CliCommand {
+class DeviceCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "device"; }
     const char* Summary() const override
@@ -104,7 +104,7 @@ public:
             if (!ParseSeconds(arguments.Value("--send-after"), "delay", true, sendAfter, error))
                 return UsageError(*this, error, output);
         }
-        std::size_t inputBuffer = SimulatedMmt8::kDefaultInputBuffer;
+        std::size_t inputBuffer = CSimulatedMmt8::kDefaultInputBuffer;
         if (arguments.Has("--input-buffer")) {
             const std::string& text = arguments.Value("--input-buffer");
             char* end = nullptr;
@@ -123,10 +123,10 @@ public:
             return kExitFailure;
         }
 
-        SignalWatch signals(true);
+        CSignalWatch signals(true);
         // The device goes before the systems its ports are on.
-        std::vector<DeviceBackend> backends = CreateDeviceBackends(name);
-        SimulatedMmt8::Options options;
+        std::vector<SimulatorPorts> backends = CreateSimulatorPorts(name);
+        CSimulatedMmt8::Options options;
         options.wireSpeed = arguments.Has("--wire-speed");
         options.inputBuffer = inputBuffer;
         options.receivedPath = arguments.Has("--received") ? arguments.Value("--received") : "";
@@ -134,7 +134,7 @@ public:
             std::fprintf(output.out, "%s\n", line.c_str());
             std::fflush(output.out);
         };
-        SimulatedMmt8 device(std::move(memory), options, say);
+        CSimulatedMmt8 device(std::move(memory), options, say);
         if (!Attach(device, backends, output))
             return kExitFailure;
         say(FormatText("Press Enter, or send SIGUSR1 to process %d, to send the memory",
@@ -161,18 +161,18 @@ public:
 private:
     // Attaches to every running system; says which ports are whose, and
     // why a system was left out.
-    static bool Attach(SimulatedMmt8& device, std::vector<DeviceBackend>& backends,
+    static bool Attach(CSimulatedMmt8& device, std::vector<SimulatorPorts>& backends,
                        const CliOutput& output)
     {
         bool any = false;
         std::string reasons;
-        for (DeviceBackend& backend : backends) {
+        for (SimulatorPorts& backend : backends) {
             std::string error;
-            if (device.Attach(*backend.ports, DeviceBackend::kInputPort, DeviceBackend::kOutputPort,
-                              error)) {
+            if (device.Attach(*backend.ports, SimulatorPorts::kInputPort,
+                              SimulatorPorts::kOutputPort, error)) {
                 std::fprintf(output.out, "Listening on \"%s\", sending on \"%s\"\n",
-                             backend.listedName(DeviceBackend::kInputPort).c_str(),
-                             backend.listedName(DeviceBackend::kOutputPort).c_str());
+                             backend.listedName(SimulatorPorts::kInputPort).c_str(),
+                             backend.listedName(SimulatorPorts::kOutputPort).c_str());
                 any = true;
                 continue;
             }
@@ -188,7 +188,7 @@ private:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakeDeviceCommand()
+std::unique_ptr<ICliCommand> MakeDeviceCommand()
 {
     return std::make_unique<DeviceCommand>();
 }

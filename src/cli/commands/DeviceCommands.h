@@ -7,9 +7,9 @@
 namespace tarvix::cli {
 
 // Commands that talk to the device over MIDI ports, one file each.
-std::unique_ptr<CliCommand> MakePortsCommand();
-std::unique_ptr<CliCommand> MakeReceiveCommand();
-std::unique_ptr<CliCommand> MakeSendCommand();
-std::unique_ptr<CliCommand> MakeDeviceCommand();
+std::unique_ptr<ICliCommand> MakePortsCommand();
+std::unique_ptr<ICliCommand> MakeReceiveCommand();
+std::unique_ptr<ICliCommand> MakeSendCommand();
+std::unique_ptr<ICliCommand> MakeDeviceCommand();
 
 } // namespace tarvix::cli

@@ -7,13 +7,13 @@
 namespace tarvix::cli {
 
 // Commands that read or write a .syx document, one file each.
-std::unique_ptr<CliCommand> MakeMemoryCommand();
-std::unique_ptr<CliCommand> MakePartsCommand();
-std::unique_ptr<CliCommand> MakeTracksCommand();
-std::unique_ptr<CliCommand> MakeSongsCommand();
-std::unique_ptr<CliCommand> MakeStepsCommand();
-std::unique_ptr<CliCommand> MakeListCommand();
-std::unique_ptr<CliCommand> MakeNewCommand();
-std::unique_ptr<CliCommand> MakeRewriteCommand();
+std::unique_ptr<ICliCommand> MakeMemoryCommand();
+std::unique_ptr<ICliCommand> MakePartsCommand();
+std::unique_ptr<ICliCommand> MakeTracksCommand();
+std::unique_ptr<ICliCommand> MakeSongsCommand();
+std::unique_ptr<ICliCommand> MakeStepsCommand();
+std::unique_ptr<ICliCommand> MakeListCommand();
+std::unique_ptr<ICliCommand> MakeNewCommand();
+std::unique_ptr<ICliCommand> MakeRewriteCommand();
 
 } // namespace tarvix::cli

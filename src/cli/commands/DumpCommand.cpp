@@ -9,7 +9,7 @@
 namespace tarvix::cli {
 
 namespace {
-class DumpCommand final : public CliCommand {
+class DumpCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "dump"; }
     const char* Summary() const override
@@ -39,7 +39,7 @@ public:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakeDumpCommand()
+std::unique_ptr<ICliCommand> MakeDumpCommand()
 {
     return std::make_unique<DumpCommand>();
 }

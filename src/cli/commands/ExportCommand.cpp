@@ -7,7 +7,7 @@
 namespace tarvix::cli {
 
 namespace {
-class ExportCommand final : public CliCommand {
+class ExportCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "export"; }
     const char* Summary() const override
@@ -54,7 +54,7 @@ public:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakeExportCommand()
+std::unique_ptr<ICliCommand> MakeExportCommand()
 {
     return std::make_unique<ExportCommand>();
 }

@@ -45,7 +45,7 @@ void PrintRows(const CMidiFile& file, const std::vector<bool>& ticks, const CliO
     }
 }
 
-class ImportCommand final : public CliCommand {
+class ImportCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "import"; }
     const char* Summary() const override
@@ -151,7 +151,7 @@ public:
 
 } // namespace
 
-std::unique_ptr<CliCommand> MakeImportCommand()
+std::unique_ptr<ICliCommand> MakeImportCommand()
 {
     return std::make_unique<ImportCommand>();
 }

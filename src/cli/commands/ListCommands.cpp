@@ -8,7 +8,7 @@ namespace tarvix::cli {
 namespace {
 // The four list views of the editor as TAB-separated text. They differ only
 // in the list they show and in whether a part or song number picks it.
-class ListViewCommand final : public CliCommand {
+class ListViewCommand final : public ICliCommand {
 public:
     ListViewCommand(const char* name, const char* summary, ListKind kind, const char* indexName)
         : m_name(name), m_summary(summary), m_kind(kind), m_indexName(indexName)
@@ -50,28 +50,28 @@ private:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakePartsCommand()
+std::unique_ptr<ICliCommand> MakePartsCommand()
 {
     return std::make_unique<ListViewCommand>(
         "parts", "Prints the part list: name, beats and size of parts 00-99.", ListKind::Parts,
         nullptr);
 }
 
-std::unique_ptr<CliCommand> MakeTracksCommand()
+std::unique_ptr<ICliCommand> MakeTracksCommand()
 {
     return std::make_unique<ListViewCommand>(
         "tracks", "Prints the track list of a part: channel, events and size of tracks 1-8.",
         ListKind::Tracks, ListViewCommand::kPart);
 }
 
-std::unique_ptr<CliCommand> MakeSongsCommand()
+std::unique_ptr<ICliCommand> MakeSongsCommand()
 {
     return std::make_unique<ListViewCommand>(
         "songs", "Prints the song list: name, tempo and size of songs 00-99.", ListKind::Songs,
         nullptr);
 }
 
-std::unique_ptr<CliCommand> MakeStepsCommand()
+std::unique_ptr<ICliCommand> MakeStepsCommand()
 {
     return std::make_unique<ListViewCommand>(
         "steps",

@@ -6,7 +6,7 @@
 namespace tarvix::cli {
 
 namespace {
-class ListTrackCommand final : public CliCommand {
+class ListTrackCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "list"; }
     const char* Summary() const override
@@ -36,7 +36,7 @@ public:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakeListCommand()
+std::unique_ptr<ICliCommand> MakeListCommand()
 {
     return std::make_unique<ListTrackCommand>();
 }

@@ -5,7 +5,7 @@
 namespace tarvix::cli {
 
 namespace {
-class MemoryCommand final : public CliCommand {
+class MemoryCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "memory"; }
     const char* Summary() const override
@@ -25,7 +25,7 @@ public:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakeMemoryCommand()
+std::unique_ptr<ICliCommand> MakeMemoryCommand()
 {
     return std::make_unique<MemoryCommand>();
 }

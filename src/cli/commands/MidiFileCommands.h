@@ -7,8 +7,8 @@
 namespace tarvix::cli {
 
 // Commands that read or write a Standard MIDI File, one file each.
-std::unique_ptr<CliCommand> MakeDumpCommand();
-std::unique_ptr<CliCommand> MakeImportCommand();
-std::unique_ptr<CliCommand> MakeExportCommand();
+std::unique_ptr<ICliCommand> MakeDumpCommand();
+std::unique_ptr<ICliCommand> MakeImportCommand();
+std::unique_ptr<ICliCommand> MakeExportCommand();
 
 } // namespace tarvix::cli

@@ -5,7 +5,7 @@
 namespace tarvix::cli {
 
 namespace {
-class NewCommand final : public CliCommand {
+class NewCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "new"; }
     const char* Summary() const override
@@ -26,7 +26,7 @@ public:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakeNewCommand()
+std::unique_ptr<ICliCommand> MakeNewCommand()
 {
     return std::make_unique<NewCommand>();
 }

@@ -1,12 +1,12 @@
 #include "cli/commands/DeviceCommands.h"
-#include "transport/drivers/SystemMidiDriver.h"
+#include "transport/drivers/SystemMidiService.h"
 
 #include <cstdio>
 
 namespace tarvix::cli {
 
 namespace {
-class PortsCommand final : public CliCommand {
+class PortsCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "ports"; }
     const char* Summary() const override
@@ -22,7 +22,7 @@ public:
 
     int Run(const ParsedArguments& /*arguments*/, const CliOutput& output) const override
     {
-        const auto driver = CreateSystemMidiDriver();
+        const auto driver = CreateSystemMidiService();
         for (const MidiDirection direction : {MidiDirection::Input, MidiDirection::Output}) {
             const std::uint32_t count = driver->GetNumDevs(direction);
             for (std::uint32_t index = 0; index < count; ++index) {
@@ -40,7 +40,7 @@ public:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakePortsCommand()
+std::unique_ptr<ICliCommand> MakePortsCommand()
 {
     return std::make_unique<PortsCommand>();
 }

@@ -1,9 +1,9 @@
 #include "cli/CliSupport.h"
 #include "cli/commands/DeviceCommands.h"
+#include "cli/midi/CliMidiPorts.h"
 #include "cli/midi/CliTransferView.h"
 #include "cli/midi/ParseSeconds.h"
 #include "cli/midi/SignalWatch.h"
-#include "cli/midi/TransferPorts.h"
 #include "io/FileStream.h"
 #include "model/Mmt8Memory.h"
 #include "model/TextBuilder.h"
@@ -21,9 +21,9 @@
 namespace tarvix::cli {
 
 namespace {
-using Ending = CliTransferView::Ending;
+using Ending = CCliTransferView::Ending;
 
-class ReceiveCommand final : public CliCommand {
+class ReceiveCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "receive"; }
     const char* Summary() const override
@@ -66,13 +66,13 @@ public:
             return kExitFailure;
         }
         const std::string& port = arguments.Value("--port");
-        const SignalWatch signals;
-        TransferPorts ports;
+        const CSignalWatch signals;
+        CCliMidiPorts ports;
         if (!ports.Open(MidiDirection::Input, port, output.err))
             return kExitFailure;
-        CliTransferView view(output.err, {signals, timeout, [&ports, &port] {
-                                              return ports.IsListed(MidiDirection::Input, port);
-                                          }});
+        CCliTransferView view(output.err, {signals, timeout, [&ports, &port] {
+                                               return ports.IsListed(MidiDirection::Input, port);
+                                           }});
         CMmt8Memory memory;
         std::vector<std::uint8_t> dump;
         const bool ended = ReceiveDump(ports.Input(), ports.Output(), memory, view, &dump);
@@ -136,7 +136,7 @@ private:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakeReceiveCommand()
+std::unique_ptr<ICliCommand> MakeReceiveCommand()
 {
     return std::make_unique<ReceiveCommand>();
 }

@@ -5,7 +5,7 @@
 namespace tarvix::cli {
 
 namespace {
-class RewriteCommand final : public CliCommand {
+class RewriteCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "rewrite"; }
     const char* Summary() const override
@@ -28,7 +28,7 @@ public:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakeRewriteCommand()
+std::unique_ptr<ICliCommand> MakeRewriteCommand()
 {
     return std::make_unique<RewriteCommand>();
 }

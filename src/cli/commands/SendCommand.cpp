@@ -1,8 +1,8 @@
 #include "cli/CliSupport.h"
 #include "cli/commands/DeviceCommands.h"
+#include "cli/midi/CliMidiPorts.h"
 #include "cli/midi/CliTransferView.h"
 #include "cli/midi/SignalWatch.h"
-#include "cli/midi/TransferPorts.h"
 #include "model/Mmt8Memory.h"
 #include "model/TextBuilder.h"
 #include "transport/transfer/DumpTransfer.h"
@@ -12,9 +12,9 @@
 namespace tarvix::cli {
 
 namespace {
-using Ending = CliTransferView::Ending;
+using Ending = CCliTransferView::Ending;
 
-class SendCommand final : public CliCommand {
+class SendCommand final : public ICliCommand {
 public:
     const char* Name() const override { return "send"; }
     const char* Summary() const override
@@ -41,14 +41,14 @@ public:
         if (!LoadDocument(memory, arguments.positionals[0], output))
             return kExitFailure;
         const std::string& port = arguments.Value("--port");
-        const SignalWatch signals;
-        TransferPorts ports;
+        const CSignalWatch signals;
+        CCliMidiPorts ports;
         if (!ports.Open(MidiDirection::Output, port, output.err))
             return kExitFailure;
         const auto isListed = [&ports, &port] {
             return ports.IsListed(MidiDirection::Output, port);
         };
-        CliTransferView view(output.err, {signals, std::nullopt, isListed});
+        CCliTransferView view(output.err, {signals, std::nullopt, isListed});
         const auto start = std::chrono::steady_clock::now();
         const bool sent = SendDump(ports.Input(), ports.Output(), memory, view);
         const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
@@ -72,7 +72,7 @@ public:
 };
 } // namespace
 
-std::unique_ptr<CliCommand> MakeSendCommand()
+std::unique_ptr<ICliCommand> MakeSendCommand()
 {
     return std::make_unique<SendCommand>();
 }

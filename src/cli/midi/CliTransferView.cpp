@@ -17,17 +17,17 @@ constexpr auto kTick = std::chrono::milliseconds(100);
 constexpr int kTicksPerPortCheck = 5;
 } // namespace
 
-CliTransferView::CliTransferView(std::FILE* stream, Watch watch)
+CCliTransferView::CCliTransferView(std::FILE* stream, Watch watch)
     : m_printer(stream, isatty(fileno(stream)) != 0), m_watch(std::move(watch))
 {
 }
 
-void CliTransferView::ReportMessage(const std::string& text)
+void CCliTransferView::ReportMessage(const std::string& text)
 {
     m_printer.Message(text);
 }
 
-bool CliTransferView::RunProgress(CSysexTransfer& transfer)
+bool CCliTransferView::RunProgress(CSysexTransfer& transfer)
 {
     m_ending = Ending::Running;
     const auto start = std::chrono::steady_clock::now();
@@ -51,7 +51,7 @@ bool CliTransferView::RunProgress(CSysexTransfer& transfer)
     }
 }
 
-bool CliTransferView::End(Ending ending)
+bool CCliTransferView::End(Ending ending)
 {
     m_ending = ending;
     m_printer.Finish();

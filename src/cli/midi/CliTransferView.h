@@ -9,23 +9,23 @@
 
 namespace tarvix::cli {
 
-class SignalWatch;
+class CSignalWatch;
 
 // The command line's progress display of a transfer: it ticks the transfer
 // every 100 ms, shows its text and progress on stderr, and ends it early on
 // Ctrl+C or SIGTERM, at the time-out, or when the device's port is gone.
-class CliTransferView : public TransferView {
+class CCliTransferView : public ITransferView {
 public:
     enum class Ending { Running, Finished, Cancelled, TimedOut, PortGone };
 
     struct Watch {
-        const SignalWatch& signals;
+        const CSignalWatch& signals;
         std::optional<double> timeoutSeconds;
         // False once the device's port has left the list.
         std::function<bool()> isPortListed;
     };
 
-    CliTransferView(std::FILE* stream, Watch watch);
+    CCliTransferView(std::FILE* stream, Watch watch);
 
     void ReportMessage(const std::string& text) override;
     bool RunProgress(CSysexTransfer& transfer) override;
@@ -35,7 +35,7 @@ public:
 private:
     bool End(Ending ending);
 
-    ProgressPrinter m_printer;
+    CProgressPrinter m_printer;
     Watch m_watch;
     Ending m_ending = Ending::Running;
 };

@@ -26,13 +26,13 @@ std::string Shape(const std::vector<std::string>& lines)
 }
 } // namespace
 
-ProgressPrinter::ProgressPrinter(std::FILE* stream, bool terminal)
+CProgressPrinter::CProgressPrinter(std::FILE* stream, bool terminal)
     : m_stream(stream), m_terminal(terminal)
 {
 }
 
-ProgressPrinter::Lines ProgressPrinter::MakeLines(const std::string& text, std::uint32_t position,
-                                                  std::uint32_t range) const
+CProgressPrinter::Lines CProgressPrinter::MakeLines(const std::string& text, std::uint32_t position,
+                                                    std::uint32_t range) const
 {
     Lines lines;
     std::size_t start = 0;
@@ -55,7 +55,7 @@ ProgressPrinter::Lines ProgressPrinter::MakeLines(const std::string& text, std::
     return lines;
 }
 
-void ProgressPrinter::Show(const std::string& text, std::uint32_t position, std::uint32_t range)
+void CProgressPrinter::Show(const std::string& text, std::uint32_t position, std::uint32_t range)
 {
     const Lines lines = MakeLines(text, position, range);
     if (m_terminal) {
@@ -71,7 +71,7 @@ void ProgressPrinter::Show(const std::string& text, std::uint32_t position, std:
     m_lastPrint = now;
 }
 
-void ProgressPrinter::Finish()
+void CProgressPrinter::Finish()
 {
     if (!m_terminal && !m_pending.empty())
         PrintChanges(m_pending);
@@ -80,7 +80,7 @@ void ProgressPrinter::Finish()
     std::fflush(m_stream);
 }
 
-void ProgressPrinter::Message(const std::string& text)
+void CProgressPrinter::Message(const std::string& text)
 {
     Finish();
     m_shown.clear();
@@ -88,7 +88,7 @@ void ProgressPrinter::Message(const std::string& text)
     std::fflush(m_stream);
 }
 
-void ProgressPrinter::Redraw(const Lines& lines)
+void CProgressPrinter::Redraw(const Lines& lines)
 {
     if (lines == m_shown && m_rows != 0)
         return;
@@ -104,7 +104,7 @@ void ProgressPrinter::Redraw(const Lines& lines)
     std::fflush(m_stream);
 }
 
-void ProgressPrinter::PrintChanges(const Lines& lines)
+void CProgressPrinter::PrintChanges(const Lines& lines)
 {
     for (std::size_t i = 0; i < lines.size(); ++i)
         if (i >= m_shown.size() || lines[i] != m_shown[i])
@@ -114,7 +114,7 @@ void ProgressPrinter::PrintChanges(const Lines& lines)
     std::fflush(m_stream);
 }
 
-std::size_t ProgressPrinter::TerminalWidth() const
+std::size_t CProgressPrinter::TerminalWidth() const
 {
     winsize size = {};
     if (ioctl(fileno(m_stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0)

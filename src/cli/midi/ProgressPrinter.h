@@ -12,9 +12,9 @@ namespace tarvix::cli {
 // text and a bar are redrawn in place; otherwise plain lines, only those
 // that changed, and a change in numbers alone at most once a second, so
 // that a log stays readable.
-class ProgressPrinter {
+class CProgressPrinter {
 public:
-    ProgressPrinter(std::FILE* stream, bool terminal);
+    CProgressPrinter(std::FILE* stream, bool terminal);
 
     void Show(const std::string& text, std::uint32_t position, std::uint32_t range);
     // Shows what a plain display held back; what is drawn stays.

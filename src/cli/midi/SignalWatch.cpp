@@ -15,7 +15,7 @@ extern "C" void OnSignal(int signal)
 }
 } // namespace
 
-SignalWatch::SignalWatch(bool watchSendRequest) : m_watchSend(watchSendRequest)
+CSignalWatch::CSignalWatch(bool watchSendRequest) : m_watchSend(watchSendRequest)
 {
     g_stopRequested = 0;
     g_sendRequested = 0;
@@ -30,7 +30,7 @@ SignalWatch::SignalWatch(bool watchSendRequest) : m_watchSend(watchSendRequest)
     }
 }
 
-SignalWatch::~SignalWatch()
+CSignalWatch::~CSignalWatch()
 {
     for (std::size_t i = 0; i < std::size(kWatched); ++i) {
         if (Watches(kWatched[i]))
@@ -38,12 +38,12 @@ SignalWatch::~SignalWatch()
     }
 }
 
-bool SignalWatch::IsStopRequested() const
+bool CSignalWatch::IsStopRequested() const
 {
     return g_stopRequested != 0;
 }
 
-bool SignalWatch::TakeSendRequest()
+bool CSignalWatch::TakeSendRequest()
 {
     if (g_sendRequested == 0)
         return false;

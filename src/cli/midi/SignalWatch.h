@@ -9,12 +9,12 @@ namespace tarvix::cli {
 // (SIGINT) and SIGTERM stop it; SIGUSR1, when watched, asks the simulated
 // device to send. The handlers only set flags, which the program reads at
 // its next tick. The previous handlers come back when the object goes.
-class SignalWatch {
+class CSignalWatch {
 public:
-    explicit SignalWatch(bool watchSendRequest = false);
-    ~SignalWatch();
-    SignalWatch(const SignalWatch&) = delete;
-    SignalWatch& operator=(const SignalWatch&) = delete;
+    explicit CSignalWatch(bool watchSendRequest = false);
+    ~CSignalWatch();
+    CSignalWatch(const CSignalWatch&) = delete;
+    CSignalWatch& operator=(const CSignalWatch&) = delete;
 
     bool IsStopRequested() const;
     // True once for each run of SIGUSR1s since the last call.

@@ -7,11 +7,11 @@
 
 namespace tarvix {
 
-// A backend that keeps its ports' buffers in BufferedMidiPorts: ALSA, JACK,
+// A backend that keeps its ports' buffers in CBufferedMidiPorts: ALSA, JACK,
 // Loopback, and whatever comes next. It answers every operation that is
 // only about buffers, so that a backend implements listing, opening and
 // moving bytes, and hooks in where its system needs a word.
-class CBufferedMidiDriver : public MidiDriver {
+class CBufferedMidiDriver : public IMidiDriver {
 public:
     MidiResult Close(MidiHandle handle) override;
     MidiResult Reset(MidiHandle handle) override;
@@ -34,7 +34,7 @@ protected:
     // Without the lock: a buffer joined an output port; start moving it.
     virtual void OutputQueued(BufferedMidiPort& /*port*/) {}
 
-    BufferedMidiPorts m_ports;
+    CBufferedMidiPorts m_ports;
     // Why no ports are listed; guarded by the ports' lock.
     std::string m_unavailableReason;
 };

@@ -10,7 +10,7 @@ namespace tarvix {
 namespace {
 // With the lock held: the open port of that direction the header may join,
 // or null and why not.
-BufferedMidiPort* FindToQueue(const BufferedMidiPorts& ports, MidiHandle handle,
+BufferedMidiPort* FindToQueue(const CBufferedMidiPorts& ports, MidiHandle handle,
                               MidiDirection direction, const MidiHeader& header, MidiResult& result)
 {
     BufferedMidiPort* port = ports.Find(handle, direction);
@@ -19,7 +19,7 @@ BufferedMidiPort* FindToQueue(const BufferedMidiPorts& ports, MidiHandle handle,
 }
 } // namespace
 
-BufferedMidiPort* BufferedMidiPorts::Find(MidiHandle handle) const
+BufferedMidiPort* CBufferedMidiPorts::Find(MidiHandle handle) const
 {
     for (const auto& port : m_ports) {
         if (port.get() == handle) {
@@ -29,19 +29,19 @@ BufferedMidiPort* BufferedMidiPorts::Find(MidiHandle handle) const
     return nullptr;
 }
 
-BufferedMidiPort* BufferedMidiPorts::Find(MidiHandle handle, MidiDirection direction) const
+BufferedMidiPort* CBufferedMidiPorts::Find(MidiHandle handle, MidiDirection direction) const
 {
     BufferedMidiPort* port = Find(handle);
     return port != nullptr && port->m_direction == direction ? port : nullptr;
 }
 
-void BufferedMidiPorts::Insert(std::unique_ptr<BufferedMidiPort> port)
+void CBufferedMidiPorts::Insert(std::unique_ptr<BufferedMidiPort> port)
 {
     m_calls.Post(*port, MidiCallbackMessage::Open, nullptr);
     m_ports.push_back(std::move(port));
 }
 
-std::unique_ptr<BufferedMidiPort> BufferedMidiPorts::Erase(const BufferedMidiPort& port)
+std::unique_ptr<BufferedMidiPort> CBufferedMidiPorts::Erase(const BufferedMidiPort& port)
 {
     const auto it = std::find_if(m_ports.begin(), m_ports.end(),
                                  [&port](const auto& open) { return open.get() == &port; });
@@ -54,7 +54,7 @@ std::unique_ptr<BufferedMidiPort> BufferedMidiPorts::Erase(const BufferedMidiPor
     return erased;
 }
 
-void BufferedMidiPorts::Receive(BufferedMidiPort& port, const std::uint8_t* data, std::size_t size)
+void CBufferedMidiPorts::Receive(BufferedMidiPort& port, const std::uint8_t* data, std::size_t size)
 {
     port.m_input.Write(data, size);
     std::vector<MidiHeader*> returned;
@@ -64,7 +64,7 @@ void BufferedMidiPorts::Receive(BufferedMidiPort& port, const std::uint8_t* data
     }
 }
 
-std::size_t BufferedMidiPorts::PeekOutput(const BufferedMidiPort& port, const std::uint8_t*& data)
+std::size_t CBufferedMidiPorts::PeekOutput(const BufferedMidiPort& port, const std::uint8_t*& data)
 {
     if (port.m_output.empty()) {
         return 0;
@@ -75,7 +75,7 @@ std::size_t BufferedMidiPorts::PeekOutput(const BufferedMidiPort& port, const st
                                                      : 0;
 }
 
-void BufferedMidiPorts::Sent(BufferedMidiPort& port, std::size_t count)
+void CBufferedMidiPorts::Sent(BufferedMidiPort& port, std::size_t count)
 {
     if (port.m_output.empty()) {
         return;
@@ -91,7 +91,7 @@ void BufferedMidiPorts::Sent(BufferedMidiPort& port, std::size_t count)
     }
 }
 
-void BufferedMidiPorts::Fail(BufferedMidiPort& port, const std::string& reason)
+void CBufferedMidiPorts::Fail(BufferedMidiPort& port, const std::string& reason)
 {
     if (port.m_failure.empty())
         port.m_failure = reason;
@@ -107,19 +107,19 @@ void BufferedMidiPorts::Fail(BufferedMidiPort& port, const std::string& reason)
     port.m_outputOffset = 0;
 }
 
-MidiResult BufferedMidiPorts::PrepareHeader(MidiHandle handle, MidiHeader& header)
+MidiResult CBufferedMidiPorts::PrepareHeader(MidiHandle handle, MidiHeader& header)
 {
     const std::lock_guard lock(m_mutex);
     return Find(handle) == nullptr ? kMidiInvalidHandle : PrepareMidiHeader(header);
 }
 
-MidiResult BufferedMidiPorts::UnprepareHeader(MidiHandle handle, MidiHeader& header)
+MidiResult CBufferedMidiPorts::UnprepareHeader(MidiHandle handle, MidiHeader& header)
 {
     const std::lock_guard lock(m_mutex);
     return Find(handle) == nullptr ? kMidiInvalidHandle : UnprepareMidiHeader(header);
 }
 
-MidiResult BufferedMidiPorts::AddBuffer(MidiHandle handle, MidiHeader& header)
+MidiResult CBufferedMidiPorts::AddBuffer(MidiHandle handle, MidiHeader& header)
 {
     {
         const std::lock_guard lock(m_mutex);
@@ -135,7 +135,7 @@ MidiResult BufferedMidiPorts::AddBuffer(MidiHandle handle, MidiHeader& header)
     return kMidiNoError;
 }
 
-MidiResult BufferedMidiPorts::Start(MidiHandle handle)
+MidiResult CBufferedMidiPorts::Start(MidiHandle handle)
 {
     const std::lock_guard lock(m_mutex);
     BufferedMidiPort* port = Find(handle, MidiDirection::Input);
@@ -146,8 +146,8 @@ MidiResult BufferedMidiPorts::Start(MidiHandle handle)
     return kMidiNoError;
 }
 
-MidiResult BufferedMidiPorts::Reset(MidiHandle handle,
-                                    const std::function<void(BufferedMidiPort&)>& alsoLocked)
+MidiResult CBufferedMidiPorts::Reset(MidiHandle handle,
+                                     const std::function<void(BufferedMidiPort&)>& alsoLocked)
 {
     {
         const std::lock_guard lock(m_mutex);
@@ -174,7 +174,7 @@ MidiResult BufferedMidiPorts::Reset(MidiHandle handle,
     return kMidiNoError;
 }
 
-MidiResult BufferedMidiPorts::QueueOutput(MidiHandle handle, MidiHeader& header)
+MidiResult CBufferedMidiPorts::QueueOutput(MidiHandle handle, MidiHeader& header)
 {
     const std::lock_guard lock(m_mutex);
     MidiResult result = kMidiNoError;
@@ -191,7 +191,7 @@ MidiResult BufferedMidiPorts::QueueOutput(MidiHandle handle, MidiHeader& header)
     return kMidiNoError;
 }
 
-void BufferedMidiPorts::Deliver()
+void CBufferedMidiPorts::Deliver()
 {
     m_calls.Deliver();
 }

@@ -21,7 +21,7 @@ struct BufferedMidiPort : MidiPortHandle {
 
     bool HoldsBuffers() const { return m_input.HoldsBuffers() || !m_output.empty(); }
 
-    SysexInputQueue m_input;          // input ports
+    CSysexInputQueue m_input;         // input ports
     std::deque<MidiHeader*> m_output; // output ports: to send, the front one in progress
     std::size_t m_outputOffset = 0;   // bytes of the front one already sent
     std::string m_failure;            // output: why the port can no longer send
@@ -33,7 +33,7 @@ struct BufferedMidiPort : MidiPortHandle {
 // guards the table, the ports and whatever the backend keeps beside them.
 // The operations named like the driver's take the lock and deliver the
 // callbacks themselves; the others expect the lock held and only post.
-class BufferedMidiPorts {
+class CBufferedMidiPorts {
 public:
     std::mutex& GetMutex() const { return m_mutex; }
 
@@ -70,7 +70,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    MidiCallbackQueue m_calls;
+    CMidiCallbackQueue m_calls;
     std::vector<std::unique_ptr<BufferedMidiPort>> m_ports;
 };
 

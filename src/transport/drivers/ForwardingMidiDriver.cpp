@@ -4,7 +4,7 @@ namespace tarvix {
 
 MidiResult CForwardingMidiDriver::Close(MidiHandle handle)
 {
-    MidiDriver* target = Target(handle);
+    IMidiDriver* target = Target(handle);
     if (target == nullptr)
         return kMidiInvalidHandle;
     const MidiResult result = target->Close(handle);
@@ -15,55 +15,55 @@ MidiResult CForwardingMidiDriver::Close(MidiHandle handle)
 
 MidiResult CForwardingMidiDriver::Reset(MidiHandle handle)
 {
-    MidiDriver* target = Target(handle);
+    IMidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->Reset(handle);
 }
 
 MidiResult CForwardingMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
 {
-    MidiDriver* target = Target(handle);
+    IMidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->PrepareHeader(handle, header);
 }
 
 MidiResult CForwardingMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
 {
-    MidiDriver* target = Target(handle);
+    IMidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->UnprepareHeader(handle, header);
 }
 
 MidiResult CForwardingMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
 {
-    MidiDriver* target = Target(handle);
+    IMidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->AddBuffer(handle, header);
 }
 
 MidiResult CForwardingMidiDriver::Start(MidiHandle handle)
 {
-    MidiDriver* target = Target(handle);
+    IMidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->Start(handle);
 }
 
 MidiResult CForwardingMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
 {
-    MidiDriver* target = Target(handle);
+    IMidiDriver* target = Target(handle);
     return target == nullptr ? kMidiInvalidHandle : target->LongMsg(handle, header);
 }
 
 bool CForwardingMidiDriver::IsSoftwareOnly(MidiHandle handle)
 {
-    MidiDriver* target = Target(handle);
+    IMidiDriver* target = Target(handle);
     return target != nullptr && target->IsSoftwareOnly(handle);
 }
 
 std::uint64_t CForwardingMidiDriver::GetLostInputBytes(MidiHandle handle)
 {
-    MidiDriver* target = Target(handle);
+    IMidiDriver* target = Target(handle);
     return target == nullptr ? 0 : target->GetLostInputBytes(handle);
 }
 
 std::string CForwardingMidiDriver::GetPortFailure(MidiHandle handle)
 {
-    MidiDriver* target = Target(handle);
+    IMidiDriver* target = Target(handle);
     return target == nullptr ? std::string() : target->GetPortFailure(handle);
 }
 

@@ -8,7 +8,7 @@ namespace tarvix {
 // handle goes to the driver that opened it. The service over several
 // backends and the simulated device's view of one backend are such
 // drivers; they list and open, this does the rest.
-class CForwardingMidiDriver : public MidiDriver {
+class CForwardingMidiDriver : public IMidiDriver {
 public:
     MidiResult Close(MidiHandle handle) override;
     MidiResult Reset(MidiHandle handle) override;
@@ -23,7 +23,7 @@ public:
 
 protected:
     // The driver that opened the handle, or null for one it does not know.
-    virtual MidiDriver* Target(MidiHandle handle) const = 0;
+    virtual IMidiDriver* Target(MidiHandle handle) const = 0;
     // The handle was closed.
     virtual void Closed(MidiHandle /*handle*/) {}
 };

@@ -4,14 +4,14 @@
 
 namespace tarvix {
 
-void MidiCallbackQueue::Post(std::function<void()> call)
+void CMidiCallbackQueue::Post(std::function<void()> call)
 {
     const std::lock_guard lock(m_mutex);
     m_calls.push_back(std::move(call));
 }
 
-void MidiCallbackQueue::Post(const MidiPortHandle& port, MidiCallbackMessage message,
-                             MidiHeader* header)
+void CMidiCallbackQueue::Post(const MidiPortHandle& port, MidiCallbackMessage message,
+                              MidiHeader* header)
 {
     // By value: the handle may be closed and freed before the call runs.
     MidiCallback callback = port.m_callback;
@@ -23,7 +23,7 @@ void MidiCallbackQueue::Post(const MidiPortHandle& port, MidiCallbackMessage mes
     Post([=] { callback(handle, message, instance, header); });
 }
 
-void MidiCallbackQueue::Deliver()
+void CMidiCallbackQueue::Deliver()
 {
     std::unique_lock lock(m_mutex);
     if (m_delivering) {

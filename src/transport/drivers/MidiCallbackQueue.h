@@ -18,7 +18,7 @@ namespace tarvix {
 // A thread that finds another one delivering waits until everything queued
 // so far has run: Close and Reset promise their callbacks before they
 // return, and the caller may free the instance right after.
-class MidiCallbackQueue {
+class CMidiCallbackQueue {
 public:
     void Post(std::function<void()> call);
     // The port's callback with its handle and instance.

@@ -5,7 +5,7 @@
 namespace tarvix {
 
 // Anchors the virtual tables in one object file.
-MidiDriver::~MidiDriver() = default;
+IMidiDriver::~IMidiDriver() = default;
 MidiPortHandle::~MidiPortHandle() = default;
 
 } // namespace tarvix

@@ -87,9 +87,9 @@ using MidiCallback = void (*)(MidiHandle handle, MidiCallbackMessage message, vo
 //   kMidiStillPlaying while the driver holds the buffer.
 // - Callbacks of one driver never run concurrently and arrive in the order
 //   the driver produced them.
-class MidiDriver {
+class IMidiDriver {
 public:
-    virtual ~MidiDriver();
+    virtual ~IMidiDriver();
 
     // "ALSA", "JACK", "Loopback", ...
     virtual std::string GetName() const = 0;

@@ -15,14 +15,14 @@ std::size_t Slot(MidiDirection direction)
 
 } // namespace
 
-MidiService::MidiService(std::vector<std::unique_ptr<MidiDriver>> backends)
+CMidiService::CMidiService(std::vector<std::unique_ptr<IMidiDriver>> backends)
     : m_backends(std::move(backends))
 {
 }
 
-MidiService::~MidiService() = default;
+CMidiService::~CMidiService() = default;
 
-MidiDriver* MidiService::FindBackend(const std::string& name) const
+IMidiDriver* CMidiService::FindBackend(const std::string& name) const
 {
     for (const auto& backend : m_backends) {
         if (backend->GetName() == name) {
@@ -32,7 +32,7 @@ MidiDriver* MidiService::FindBackend(const std::string& name) const
     return nullptr;
 }
 
-std::string MidiService::GetName() const
+std::string CMidiService::GetName() const
 {
     std::string name;
     for (const auto& backend : m_backends) {
@@ -41,7 +41,7 @@ std::string MidiService::GetName() const
     return name;
 }
 
-std::uint32_t MidiService::GetNumDevs(MidiDirection direction)
+std::uint32_t CMidiService::GetNumDevs(MidiDirection direction)
 {
     std::vector<std::uint32_t> counts;
     std::uint32_t total = 0;
@@ -54,7 +54,7 @@ std::uint32_t MidiService::GetNumDevs(MidiDirection direction)
     return total;
 }
 
-MidiService::Place MidiService::Locate(MidiDirection direction, std::uint32_t index)
+CMidiService::Place CMidiService::Locate(MidiDirection direction, std::uint32_t index)
 {
     bool counted = false;
     {
@@ -75,7 +75,7 @@ MidiService::Place MidiService::Locate(MidiDirection direction, std::uint32_t in
     return {};
 }
 
-MidiResult MidiService::GetDevName(MidiDirection direction, std::uint32_t index, std::string& name)
+MidiResult CMidiService::GetDevName(MidiDirection direction, std::uint32_t index, std::string& name)
 {
     const Place place = Locate(direction, index);
     if (place.backend == nullptr) {
@@ -89,8 +89,8 @@ MidiResult MidiService::GetDevName(MidiDirection direction, std::uint32_t index,
     return result;
 }
 
-MidiResult MidiService::Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
-                             void* instance, MidiHandle& handle)
+MidiResult CMidiService::Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
+                              void* instance, MidiHandle& handle)
 {
     const Place place = Locate(direction, index);
     if (place.backend == nullptr) {
@@ -107,25 +107,25 @@ MidiResult MidiService::Open(MidiDirection direction, std::uint32_t index, MidiC
     return result;
 }
 
-MidiDriver* MidiService::Target(MidiHandle handle) const
+IMidiDriver* CMidiService::Target(MidiHandle handle) const
 {
     const std::lock_guard lock(m_mutex);
     const auto it = m_owners.find(handle);
     return it == m_owners.end() ? nullptr : it->second;
 }
 
-void MidiService::Closed(MidiHandle handle)
+void CMidiService::Closed(MidiHandle handle)
 {
     const std::lock_guard lock(m_mutex);
     m_owners.erase(handle);
 }
 
-std::string MidiService::GetErrorText(MidiResult result) const
+std::string CMidiService::GetErrorText(MidiResult result) const
 {
     return GetMidiErrorText(result);
 }
 
-std::string MidiService::GetUnavailableReason() const
+std::string CMidiService::GetUnavailableReason() const
 {
     if (m_backends.empty()) {
         return "No MIDI backend is built into this program.";

@@ -17,17 +17,17 @@ namespace tarvix {
 //     "JACK: system:midi_capture_1"
 // so a name stored in the settings finds the same port on the same backend.
 // Handles are the backends' own; callbacks come straight from the backend.
-class MidiService : public CForwardingMidiDriver {
+class CMidiService : public CForwardingMidiDriver {
 public:
     static constexpr const char* kPrefixSeparator = ": ";
 
-    explicit MidiService(std::vector<std::unique_ptr<MidiDriver>> backends);
-    ~MidiService() override;
-    MidiService(const MidiService&) = delete;
-    MidiService& operator=(const MidiService&) = delete;
+    explicit CMidiService(std::vector<std::unique_ptr<IMidiDriver>> backends);
+    ~CMidiService() override;
+    CMidiService(const CMidiService&) = delete;
+    CMidiService& operator=(const CMidiService&) = delete;
 
     // A backend by its GetName(), or null; for what only it can do.
-    MidiDriver* FindBackend(const std::string& name) const;
+    IMidiDriver* FindBackend(const std::string& name) const;
 
     // The backends' names joined by "+", e.g. "ALSA+JACK".
     std::string GetName() const override;
@@ -42,18 +42,18 @@ public:
 
 private:
     struct Place {
-        MidiDriver* backend = nullptr;
+        IMidiDriver* backend = nullptr;
         std::uint32_t index = 0;
     };
     // Maps a service index through the counts of the last GetNumDevs.
     Place Locate(MidiDirection direction, std::uint32_t index);
-    MidiDriver* Target(MidiHandle handle) const override;
+    IMidiDriver* Target(MidiHandle handle) const override;
     void Closed(MidiHandle handle) override;
 
-    std::vector<std::unique_ptr<MidiDriver>> m_backends;
+    std::vector<std::unique_ptr<IMidiDriver>> m_backends;
     mutable std::mutex m_mutex;
     std::vector<std::uint32_t> m_counts[2]; // per direction, per backend
-    std::map<MidiHandle, MidiDriver*> m_owners;
+    std::map<MidiHandle, IMidiDriver*> m_owners;
 };
 
 } // namespace tarvix

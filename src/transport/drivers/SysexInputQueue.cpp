@@ -13,21 +13,21 @@ constexpr std::uint8_t kStatusBit = 0x80;
 
 } // namespace
 
-SysexInputQueue::SysexInputQueue(std::size_t pendingLimit) : m_pendingLimit(pendingLimit) {}
+CSysexInputQueue::CSysexInputQueue(std::size_t pendingLimit) : m_pendingLimit(pendingLimit) {}
 
-void SysexInputQueue::AddBuffer(MidiHeader& header)
+void CSysexInputQueue::AddBuffer(MidiHeader& header)
 {
     header.bytesRecorded = 0;
     MarkHeaderQueued(header);
     m_headers.push_back({&header, header.bufferLength});
 }
 
-void SysexInputQueue::Start()
+void CSysexInputQueue::Start()
 {
     m_started = true;
 }
 
-void SysexInputQueue::Keep(std::uint8_t byte)
+void CSysexInputQueue::Keep(std::uint8_t byte)
 {
     if (m_pending.size() >= m_pendingLimit) {
         ++m_lostBytes;
@@ -36,7 +36,7 @@ void SysexInputQueue::Keep(std::uint8_t byte)
     m_pending.push_back(byte);
 }
 
-void SysexInputQueue::Write(const std::uint8_t* data, std::size_t size)
+void CSysexInputQueue::Write(const std::uint8_t* data, std::size_t size)
 {
     if (!m_started) {
         // Whatever arrives before Start is dropped whole, so input begins
@@ -82,7 +82,7 @@ void SysexInputQueue::Write(const std::uint8_t* data, std::size_t size)
     }
 }
 
-void SysexInputQueue::Fill(std::vector<MidiHeader*>& returned)
+void CSysexInputQueue::Fill(std::vector<MidiHeader*>& returned)
 {
     while (!m_pending.empty() && !m_headers.empty()) {
         MidiHeader& header = *m_headers.front().header;
@@ -104,7 +104,7 @@ void SysexInputQueue::Fill(std::vector<MidiHeader*>& returned)
     }
 }
 
-void SysexInputQueue::Reset(std::vector<MidiHeader*>& returned)
+void CSysexInputQueue::Reset(std::vector<MidiHeader*>& returned)
 {
     for (const Added& added : m_headers) {
         MarkHeaderDone(*added.header);

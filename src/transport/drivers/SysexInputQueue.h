@@ -14,13 +14,13 @@ namespace tarvix {
 // buffers as the contract in MidiDriver.h says. Not thread-safe: the owning
 // driver locks around it. Headers it returns are marked done, and the
 // driver passes them to LongData in the order given.
-class SysexInputQueue {
+class CSysexInputQueue {
 public:
     // Bytes kept while no buffer is added; beyond that arriving bytes are
     // lost (and counted), so a sender that never stops cannot eat memory.
     static constexpr std::size_t kDefaultPendingLimit = 1024 * 1024;
 
-    explicit SysexInputQueue(std::size_t pendingLimit = kDefaultPendingLimit);
+    explicit CSysexInputQueue(std::size_t pendingLimit = kDefaultPendingLimit);
 
     // The caller has checked the header (CheckHeaderToQueue).
     void AddBuffer(MidiHeader& header);

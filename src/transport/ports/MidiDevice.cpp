@@ -16,7 +16,7 @@ constexpr std::size_t kMaxErrorText = 255;
 constexpr auto kNotificationTimeout = std::chrono::seconds(5);
 } // namespace
 
-CMidiDevice::CMidiDevice(MidiDriver& driver, MidiDirection direction)
+CMidiDevice::CMidiDevice(IMidiDriver& driver, MidiDirection direction)
     : m_driver(driver), m_direction(direction)
 {
 }

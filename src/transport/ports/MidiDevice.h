@@ -40,7 +40,7 @@ private:
 // error.
 class CMidiDevice {
 public:
-    CMidiDevice(MidiDriver& driver, MidiDirection direction);
+    CMidiDevice(IMidiDriver& driver, MidiDirection direction);
     CMidiDevice(const CMidiDevice&) = delete;
     CMidiDevice& operator=(const CMidiDevice&) = delete;
     virtual ~CMidiDevice();
@@ -100,7 +100,7 @@ protected:
     void WaitForWakeUpFor(std::chrono::milliseconds timeout) { m_wakeUp.WaitFor(timeout); }
 
     bool Succeeded(MidiResult result);
-    MidiDriver& Driver() const { return m_driver; }
+    IMidiDriver& Driver() const { return m_driver; }
     MidiHandle Handle() const { return m_handle; }
     std::vector<std::unique_ptr<CMidiBuffer>>& Buffers() { return m_buffers; }
     SysexMessageList& Messages() { return m_messages; }
@@ -114,7 +114,7 @@ private:
     void RecreateBuffers();
     void FreeBuffers();
 
-    MidiDriver& m_driver;
+    IMidiDriver& m_driver;
     MidiDirection m_direction;
     std::thread m_thread;
     CAutoResetEvent m_wakeUp;

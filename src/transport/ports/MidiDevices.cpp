@@ -8,7 +8,7 @@
 namespace tarvix {
 
 namespace {
-void ShowStatus(StatusReporter* status, const std::string& text)
+void ShowStatus(IStatusReporter* status, const std::string& text)
 {
     if (status != nullptr)
         status->SetStatusText(0, text);
@@ -27,7 +27,7 @@ bool OpenNamed(CMidiDevice& device, const std::string& name, const MessageSink& 
 } // namespace
 
 bool OpenMidiDevices(CMidiIn& input, CMidiOut& output, const PortSettings& settings,
-                     StatusReporter* status, const MessageSink& reportMessage)
+                     IStatusReporter* status, const MessageSink& reportMessage)
 {
     CloseMidiDevices(input, output);
 

@@ -8,7 +8,7 @@ namespace tarvix {
 
 class CMidiIn;
 class CMidiOut;
-class StatusReporter;
+class IStatusReporter;
 
 // What the ports take from the settings; the program fills it from its
 // stored settings, the defaults are those of a first run.
@@ -31,7 +31,7 @@ using MessageSink = std::function<void(const std::string& text)>;
 // buffer settings. An empty name leaves that port closed and is no failure.
 // Each port that fails to open is reported on its own; true only if none did.
 bool OpenMidiDevices(CMidiIn& input, CMidiOut& output, const PortSettings& settings,
-                     StatusReporter* status, const MessageSink& reportMessage);
+                     IStatusReporter* status, const MessageSink& reportMessage);
 void CloseMidiDevices(CMidiIn& input, CMidiOut& output);
 
 } // namespace tarvix

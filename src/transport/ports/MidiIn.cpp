@@ -6,7 +6,7 @@
 
 namespace tarvix {
 
-CMidiIn::CMidiIn(MidiDriver& driver) : CMidiDevice(driver, MidiDirection::Input) {}
+CMidiIn::CMidiIn(IMidiDriver& driver) : CMidiDevice(driver, MidiDirection::Input) {}
 
 CMidiIn::~CMidiIn()
 {

@@ -15,7 +15,7 @@ namespace tarvix {
 // each buffer straight back to the driver.
 class CMidiIn : public CMidiDevice {
 public:
-    explicit CMidiIn(MidiDriver& driver);
+    explicit CMidiIn(IMidiDriver& driver);
     ~CMidiIn() override;
 
     bool Open(std::uint32_t index) override;

@@ -17,7 +17,7 @@ void SleepMilliseconds(std::uint32_t delay)
 }
 } // namespace
 
-CMidiOut::CMidiOut(MidiDriver& driver, CCablePacer::Clock clock)
+CMidiOut::CMidiOut(IMidiDriver& driver, CCablePacer::Clock clock)
     : CMidiDevice(driver, MidiDirection::Output), m_clock(std::move(clock)),
       m_pacer(CCablePacer::kDefaultLead, m_clock)
 {

@@ -36,7 +36,7 @@ public:
     };
 
     // The clock is the pacer's; tests step it.
-    explicit CMidiOut(MidiDriver& driver, CCablePacer::Clock clock = {});
+    explicit CMidiOut(IMidiDriver& driver, CCablePacer::Clock clock = {});
     ~CMidiOut() override;
 
     bool Open(std::uint32_t index) override;

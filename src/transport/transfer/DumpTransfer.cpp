@@ -9,7 +9,7 @@
 
 namespace tarvix {
 
-bool ReceiveDump(CMidiIn& input, CMidiOut& output, CMmt8Memory& memory, TransferView& view,
+bool ReceiveDump(CMidiIn& input, CMidiOut& output, CMmt8Memory& memory, ITransferView& view,
                  std::vector<std::uint8_t>* loadedBytes)
 {
     CSysexTransfer transfer(input, output, view, kMmt8MemoryCapacity, kReceiveDumpPrompt);
@@ -57,7 +57,7 @@ bool LoadReceivedDump(const CMidiIn& input, CMmt8Memory& memory, const MessageSi
     return false;
 }
 
-bool SendDump(CMidiIn& input, CMidiOut& output, const CMmt8Memory& memory, TransferView& view)
+bool SendDump(CMidiIn& input, CMidiOut& output, const CMmt8Memory& memory, ITransferView& view)
 {
     std::vector<std::uint8_t> dump;
     std::string error;

@@ -10,12 +10,12 @@ namespace tarvix {
 class CMidiIn;
 class CMidiOut;
 class CMmt8Memory;
-class TransferView;
+class ITransferView;
 
 // Receives the device's memory dump and loads it. False when the input
 // port is closed or the user cancelled; the document is then untouched.
 // True when the transfer ended, whether or not a dump loaded.
-bool ReceiveDump(CMidiIn& input, CMidiOut& output, CMmt8Memory& memory, TransferView& view,
+bool ReceiveDump(CMidiIn& input, CMidiOut& output, CMmt8Memory& memory, ITransferView& view,
                  std::vector<std::uint8_t>* loadedBytes = nullptr);
 
 // Loads the first received message that is a complete dump and loads;
@@ -25,6 +25,6 @@ bool LoadReceivedDump(const CMidiIn& input, CMmt8Memory& memory, const MessageSi
                       std::vector<std::uint8_t>* loadedBytes = nullptr);
 
 // Sends the document as its dump; true once it has all gone out.
-bool SendDump(CMidiIn& input, CMidiOut& output, const CMmt8Memory& memory, TransferView& view);
+bool SendDump(CMidiIn& input, CMidiOut& output, const CMmt8Memory& memory, ITransferView& view);
 
 } // namespace tarvix

@@ -27,7 +27,7 @@ std::uint32_t ClampedSize(std::size_t size)
 }
 } // namespace
 
-CSysexTransfer::CSysexTransfer(CMidiIn& input, CMidiOut& output, TransferView& view,
+CSysexTransfer::CSysexTransfer(CMidiIn& input, CMidiOut& output, ITransferView& view,
                                std::uint32_t progressMaximum, std::string prompt)
     : m_input(input), m_output(output), m_view(view), m_progressMaximum(progressMaximum),
       m_prompt(std::move(prompt))

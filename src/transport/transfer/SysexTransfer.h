@@ -10,7 +10,7 @@ namespace tarvix {
 
 class CMidiIn;
 class CMidiOut;
-class TransferView;
+class ITransferView;
 
 // Which complete message ends a receive.
 enum class AwaitedSysex : std::uint8_t {
@@ -28,7 +28,7 @@ inline constexpr const char* kReceiveDumpPrompt =
 // on its own 100 ms timer and shows the text and progress.
 class CSysexTransfer {
 public:
-    CSysexTransfer(CMidiIn& input, CMidiOut& output, TransferView& view,
+    CSysexTransfer(CMidiIn& input, CMidiOut& output, ITransferView& view,
                    std::uint32_t progressMaximum = kMmt8MemoryCapacity,
                    std::string prompt = kDefaultTransferPrompt);
 
@@ -59,7 +59,7 @@ private:
 
     CMidiIn& m_input;
     CMidiOut& m_output;
-    TransferView& m_view;
+    ITransferView& m_view;
     const std::uint8_t* m_sendBytes = nullptr;
     std::uint32_t m_sendSize = 0;
     std::uint32_t m_progressMaximum;

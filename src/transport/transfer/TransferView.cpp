@@ -3,6 +3,6 @@
 namespace tarvix {
 
 // Anchors the interface's virtual table in one object file.
-TransferView::~TransferView() = default;
+ITransferView::~ITransferView() = default;
 
 } // namespace tarvix

@@ -8,9 +8,9 @@ class CSysexTransfer;
 
 // What shows a transfer to the user: the editor's progress dialog, or the
 // command line's progress bar.
-class TransferView {
+class ITransferView {
 public:
-    virtual ~TransferView();
+    virtual ~ITransferView();
 
     // A failure, shown modally in the editor.
     virtual void ReportMessage(const std::string& text) = 0;

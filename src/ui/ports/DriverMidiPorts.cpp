@@ -24,7 +24,7 @@ PortSettings MakePortSettings(const SettingValues& values)
     return settings;
 }
 
-CDriverMidiPorts::CDriverMidiPorts(std::unique_ptr<MidiDriver> driver, const CSettings& settings)
+CDriverMidiPorts::CDriverMidiPorts(std::unique_ptr<IMidiDriver> driver, const CSettings& settings)
     : m_driver(std::move(driver)), m_settings(settings),
       m_input(std::make_unique<CMidiIn>(*m_driver)), m_output(std::make_unique<CMidiOut>(*m_driver))
 {

@@ -11,7 +11,7 @@ namespace tarvix {
 class CMidiIn;
 class CMidiOut;
 class CSettings;
-class MidiDriver;
+class IMidiDriver;
 struct SettingValues;
 
 // What the ports take from the program's settings.
@@ -23,7 +23,7 @@ PortSettings MakePortSettings(const SettingValues& values);
 // Options dialog picks up the user's changes.
 class CDriverMidiPorts : public IMidiPorts {
 public:
-    CDriverMidiPorts(std::unique_ptr<MidiDriver> driver, const CSettings& settings);
+    CDriverMidiPorts(std::unique_ptr<IMidiDriver> driver, const CSettings& settings);
     ~CDriverMidiPorts() override;
     CDriverMidiPorts(const CDriverMidiPorts&) = delete;
     CDriverMidiPorts& operator=(const CDriverMidiPorts&) = delete;
@@ -40,10 +40,10 @@ public:
     CMidiIn* InputPort() override { return m_input.get(); }
     CMidiOut* OutputPort() override { return m_output.get(); }
 
-    MidiDriver& Driver() { return *m_driver; }
+    IMidiDriver& Driver() { return *m_driver; }
 
 private:
-    std::unique_ptr<MidiDriver> m_driver;
+    std::unique_ptr<IMidiDriver> m_driver;
     const CSettings& m_settings;
     std::unique_ptr<CMidiIn> m_input;
     std::unique_ptr<CMidiOut> m_output;

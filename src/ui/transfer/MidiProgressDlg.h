@@ -14,7 +14,7 @@ namespace tarvix {
 // The modal progress of a SysEx transfer: three lines of text, a bar and
 // Cancel. Every 100 ms it lets the transfer look at the ports and shows
 // what it says; it closes itself with OK once the transfer is over.
-class CMidiProgressDlg : public QDialog, public TransferView {
+class CMidiProgressDlg : public QDialog, public ITransferView {
     Q_OBJECT
 public:
     static constexpr int kTickMilliseconds = 100;

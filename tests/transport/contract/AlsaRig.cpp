@@ -20,9 +20,9 @@ std::unique_ptr<DriverRig> MakeAlsaRig(std::string& error)
     static int rigs = 0;
     // A client name of its own per case, as the listing finds ports by it.
     const std::string far = "tarvix-far-" + std::to_string(++rigs);
-    auto program = std::make_unique<AlsaMidiDriver>("tarvix-contract");
-    auto peer = std::make_unique<AlsaMidiDriver>(far);
-    AlsaMidiDriver& owner = *peer;
+    auto program = std::make_unique<CAlsaMidiDriver>("tarvix-contract");
+    auto peer = std::make_unique<CAlsaMidiDriver>(far);
+    CAlsaMidiDriver& owner = *peer;
     return MakePeerRig(
         std::move(program), std::move(peer),
         [&owner](MidiDirection direction, const std::string& name, MidiCallback callback,

@@ -29,7 +29,7 @@ bool Eventually(const std::function<bool()>& condition)
 // One of the program's ports, with buffers that live as long as it does.
 class ProgramPort {
 public:
-    ProgramPort(MidiDriver& driver, MidiDirection direction)
+    ProgramPort(IMidiDriver& driver, MidiDirection direction)
         : m_driver(driver), m_direction(direction)
     {
     }
@@ -114,11 +114,11 @@ public:
     std::vector<std::unique_ptr<TestBuffer>> buffers;
 
 private:
-    MidiDriver& m_driver;
+    IMidiDriver& m_driver;
     MidiDirection m_direction;
 };
 
-bool Lists(MidiDriver& driver, MidiDirection direction, const std::string& name)
+bool Lists(IMidiDriver& driver, MidiDirection direction, const std::string& name)
 {
     const std::uint32_t count = driver.GetNumDevs(direction);
     for (std::uint32_t i = 0; i < count; ++i) {

@@ -20,7 +20,7 @@ class DriverRig {
 public:
     virtual ~DriverRig() = default;
 
-    virtual MidiDriver& Driver() = 0;
+    virtual IMidiDriver& Driver() = 0;
     // The far end's ports as the driver lists them.
     virtual std::string InputName() = 0;  // the program receives from it
     virtual std::string OutputName() = 0; // the program sends to it
@@ -49,8 +49,8 @@ inline void PrintTo(const RigFactory& rig, std::ostream* os)
 using VirtualOpener =
     std::function<MidiResult(MidiDirection direction, const std::string& name,
                              MidiCallback callback, void* instance, MidiHandle& handle)>;
-std::unique_ptr<DriverRig> MakePeerRig(std::unique_ptr<MidiDriver> program,
-                                       std::unique_ptr<MidiDriver> peer, VirtualOpener opener,
+std::unique_ptr<DriverRig> MakePeerRig(std::unique_ptr<IMidiDriver> program,
+                                       std::unique_ptr<IMidiDriver> peer, VirtualOpener opener,
                                        std::function<std::string(const std::string&)> listedName,
                                        std::string& error);
 

@@ -16,7 +16,7 @@ class LoopbackRig : public DriverRig {
 public:
     static constexpr const char* kName = "far end";
 
-    MidiDriver& Driver() override { return m_driver; }
+    IMidiDriver& Driver() override { return m_driver; }
     std::string InputName() override { return kName; }
     std::string OutputName() override { return kName; }
     void Feed(const Bytes& bytes) override { m_device.Feed(bytes); }
@@ -30,7 +30,7 @@ public:
     void RemoveFarInput() override { m_device.FailOutput("The port it was connected to is gone."); }
 
 private:
-    LoopbackMidiDriver m_driver;
+    CLoopbackMidiDriver m_driver;
     LoopbackMidiDevice& m_device = m_driver.CreatePort(kName);
     Bytes m_received;
 };
@@ -60,9 +60,9 @@ std::unique_ptr<DriverRig> MakeJackRig(std::string& error)
         error = startError;
         return nullptr;
     }
-    auto program = std::make_unique<JackMidiDriver>("tarvix", server.GetName());
-    auto peer = std::make_unique<JackMidiDriver>("tarvix-far", server.GetName());
-    JackMidiDriver& owner = *peer;
+    auto program = std::make_unique<CJackMidiDriver>("tarvix", server.GetName());
+    auto peer = std::make_unique<CJackMidiDriver>("tarvix-far", server.GetName());
+    CJackMidiDriver& owner = *peer;
     return MakePeerRig(
         std::move(program), std::move(peer),
         [&owner](MidiDirection direction, const std::string& name, MidiCallback callback,

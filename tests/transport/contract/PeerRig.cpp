@@ -30,7 +30,7 @@ struct PeerBuffer {
 // buffer as they come back.
 class PeerRig : public DriverRig {
 public:
-    PeerRig(std::unique_ptr<MidiDriver> program, std::unique_ptr<MidiDriver> peer,
+    PeerRig(std::unique_ptr<IMidiDriver> program, std::unique_ptr<IMidiDriver> peer,
             std::function<std::string(const std::string&)> listedName)
         : m_program(std::move(program)), m_peer(std::move(peer)),
           m_listedName(std::move(listedName))
@@ -68,7 +68,7 @@ public:
         return true;
     }
 
-    MidiDriver& Driver() override { return *m_program; }
+    IMidiDriver& Driver() override { return *m_program; }
     std::string InputName() override { return m_listedName("out"); }
     std::string OutputName() override { return m_listedName("in"); }
 
@@ -134,8 +134,8 @@ private:
         }
     }
 
-    std::unique_ptr<MidiDriver> m_program;
-    std::unique_ptr<MidiDriver> m_peer;
+    std::unique_ptr<IMidiDriver> m_program;
+    std::unique_ptr<IMidiDriver> m_peer;
     std::function<std::string(const std::string&)> m_listedName;
     std::atomic<MidiHandle> m_in{nullptr};
     MidiHandle m_out = nullptr;
@@ -149,8 +149,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<DriverRig> MakePeerRig(std::unique_ptr<MidiDriver> program,
-                                       std::unique_ptr<MidiDriver> peer, VirtualOpener opener,
+std::unique_ptr<DriverRig> MakePeerRig(std::unique_ptr<IMidiDriver> program,
+                                       std::unique_ptr<IMidiDriver> peer, VirtualOpener opener,
                                        std::function<std::string(const std::string&)> listedName,
                                        std::string& error)
 {

@@ -17,7 +17,7 @@ TEST(AlsaMidiDriverTest, WithoutASequencerListsNoPortsAndSaysWhy)
         GTEST_SKIP() << "this machine has an ALSA sequencer";
     }
     testing::internal::CaptureStderr();
-    AlsaMidiDriver driver;
+    CAlsaMidiDriver driver;
     EXPECT_EQ(driver.GetName(), "ALSA");
     EXPECT_EQ(driver.GetNumDevs(MidiDirection::Input), 0u);
     EXPECT_EQ(driver.GetNumDevs(MidiDirection::Output), 0u);

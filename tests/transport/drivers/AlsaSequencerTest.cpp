@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 
 constexpr auto kLimit = 20s; // a hang fails, a slow machine does not
 
-std::vector<std::string> Names(MidiDriver& driver, MidiDirection direction)
+std::vector<std::string> Names(IMidiDriver& driver, MidiDirection direction)
 {
     std::vector<std::string> names(driver.GetNumDevs(direction));
     for (std::uint32_t index = 0; index < names.size(); ++index) {
@@ -31,7 +31,7 @@ std::vector<std::string> Names(MidiDriver& driver, MidiDirection direction)
     return names;
 }
 
-bool Lists(MidiDriver& driver, MidiDirection direction, const std::string& name)
+bool Lists(IMidiDriver& driver, MidiDirection direction, const std::string& name)
 {
     const auto names = Names(driver, direction);
     return std::find(names.begin(), names.end(), name) != names.end();
@@ -39,7 +39,7 @@ bool Lists(MidiDriver& driver, MidiDirection direction, const std::string& name)
 
 // Opens the port listed under that name, as the program opens the one the
 // user chose.
-MidiResult OpenByName(MidiDriver& driver, MidiDirection direction, const std::string& name,
+MidiResult OpenByName(IMidiDriver& driver, MidiDirection direction, const std::string& name,
                       MidiCallbackRecorder& recorder, MidiHandle& handle)
 {
     const auto names = Names(driver, direction);
@@ -59,8 +59,9 @@ protected:
             << "no ALSA sequencer; scripts/alsa-vm.sh runs these tests in a VM that has one";
     }
 
-    AlsaMidiDriver program{"tarvix-test-program"};
-    std::unique_ptr<AlsaMidiDriver> device = std::make_unique<AlsaMidiDriver>("tarvix-test-device");
+    CAlsaMidiDriver program{"tarvix-test-program"};
+    std::unique_ptr<CAlsaMidiDriver> device =
+        std::make_unique<CAlsaMidiDriver>("tarvix-test-device");
     MidiCallbackRecorder programCalls;
     MidiCallbackRecorder deviceCalls;
 };

@@ -30,13 +30,13 @@ using Bytes = std::vector<std::uint8_t>;
 
 // One open port and what it reported.
 struct Endpoint {
-    MidiDriver& driver;
+    IMidiDriver& driver;
     MidiHandle handle = nullptr;
     MidiCallbackRecorder recorder;
     std::vector<std::unique_ptr<TestBuffer>> buffers;
     std::size_t seen = 0;
 
-    explicit Endpoint(MidiDriver& owner) : driver(owner) {}
+    explicit Endpoint(IMidiDriver& owner) : driver(owner) {}
     ~Endpoint()
     {
         if (handle != nullptr) {
@@ -44,7 +44,7 @@ struct Endpoint {
             driver.Close(handle);
         }
     }
-    MidiResult OpenVirtual(JackMidiDriver& jack, MidiDirection direction, const std::string& name)
+    MidiResult OpenVirtual(CJackMidiDriver& jack, MidiDirection direction, const std::string& name)
     {
         return jack.OpenVirtual(direction, name, &MidiCallbackRecorder::Callback, &recorder,
                                 handle);
@@ -150,15 +150,15 @@ protected:
             GTEST_SKIP() << "jackd is not installed (the jackd2 package)";
         }
         ASSERT_TRUE(s_server) << s_startError;
-        program = std::make_unique<JackMidiDriver>("tarvix", s_server->GetName());
-        device = std::make_unique<JackMidiDriver>("tarvix-device", s_server->GetName());
+        program = std::make_unique<CJackMidiDriver>("tarvix", s_server->GetName());
+        device = std::make_unique<CJackMidiDriver>("tarvix-device", s_server->GetName());
     }
 
     static inline std::unique_ptr<test::JackServer> s_server;
     static inline std::string s_startError;
     // The program and the simulated device, as two clients of one server.
-    std::unique_ptr<JackMidiDriver> program;
-    std::unique_ptr<JackMidiDriver> device;
+    std::unique_ptr<CJackMidiDriver> program;
+    std::unique_ptr<CJackMidiDriver> device;
 };
 
 TEST_F(JackMidiDriverTest, ListsOtherClientsPortsByTheirJackNames)
@@ -265,8 +265,8 @@ TEST(JackMidiDriverServerStopTest, ASendCutByTheServerStoppingComesBackFailedNot
     test::JackServer server;
     std::string error;
     ASSERT_TRUE(server.Start("tarvix-stop", error)) << error;
-    JackMidiDriver device("tarvix-device", server.GetName());
-    JackMidiDriver program("tarvix", server.GetName());
+    CJackMidiDriver device("tarvix-device", server.GetName());
+    CJackMidiDriver program("tarvix", server.GetName());
     Endpoint deviceIn(device);
     Endpoint programOut(program);
     ASSERT_EQ(deviceIn.OpenVirtual(device, MidiDirection::Input, "in"), kMidiNoError);
@@ -299,7 +299,7 @@ TEST(JackMidiDriverNoServerTest, ListsNoPortsAndSaysWhy)
 {
     const std::string server = "tarvix-absent-" + std::to_string(getpid());
     testing::internal::CaptureStderr();
-    JackMidiDriver driver("tarvix", server);
+    CJackMidiDriver driver("tarvix", server);
     EXPECT_EQ(driver.GetName(), "JACK");
     EXPECT_EQ(driver.GetNumDevs(MidiDirection::Input), 0u);
     EXPECT_EQ(driver.GetUnavailableReason(), "No JACK server \"" + server + "\" is running.");

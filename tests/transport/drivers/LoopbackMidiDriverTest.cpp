@@ -46,7 +46,7 @@ protected:
         return returned;
     }
 
-    LoopbackMidiDriver driver;
+    CLoopbackMidiDriver driver;
     LoopbackMidiDevice& device = driver.CreatePort("MMT-8 cable");
     MidiCallbackRecorder recorder;
     MidiHandle handle = nullptr;
@@ -228,7 +228,7 @@ protected:
         }
     }
 
-    LoopbackMidiDriver driver;
+    CLoopbackMidiDriver driver;
     LoopbackMidiDevice& device = driver.CreatePort("MMT-8 cable");
     MidiCallbackRecorder recorder;
     MidiHandle handle = nullptr;
@@ -308,7 +308,7 @@ TEST_F(LoopbackOutputTest, ReceiverRunsBeforeBufferDoneAndMayAnswerOnTheInputPor
 
 TEST(LoopbackPortsTest, ListedByNameInBothDirectionsUntilUnplugged)
 {
-    LoopbackMidiDriver driver;
+    CLoopbackMidiDriver driver;
     EXPECT_EQ(driver.GetName(), "Loopback");
     EXPECT_EQ(driver.GetNumDevs(MidiDirection::Input), 0u);
     driver.CreatePort("first");

@@ -14,7 +14,7 @@ namespace {
 // delivering must not leave its calls to run later.
 TEST(MidiCallbackQueueTest, DeliverReturnsOnlyOnceItsCallsRanWhileAnotherThreadDelivers)
 {
-    MidiCallbackQueue queue;
+    CMidiCallbackQueue queue;
     std::promise<void> entered;
     std::promise<void> release;
     std::shared_future<void> released = release.get_future().share();
@@ -46,7 +46,7 @@ TEST(MidiCallbackQueueTest, DeliverReturnsOnlyOnceItsCallsRanWhileAnotherThreadD
 
 TEST(MidiCallbackQueueTest, ACallbackThatCallsBackIntoTheDriverIsNotKeptWaiting)
 {
-    MidiCallbackQueue queue;
+    CMidiCallbackQueue queue;
     int order = 0;
     int first = 0;
     int second = 0;

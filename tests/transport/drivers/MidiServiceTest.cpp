@@ -1,7 +1,7 @@
 #include "MidiCallbackRecorder.h"
 
 #include "transport/drivers/MidiService.h"
-#include "transport/drivers/SystemMidiDriver.h"
+#include "transport/drivers/SystemMidiService.h"
 #include "transport/drivers/loopback/LoopbackMidiDriver.h"
 
 #include <gtest/gtest.h>
@@ -13,9 +13,9 @@ using test::MakeSysex;
 using test::MidiCallbackRecorder;
 using test::TestBuffer;
 
-class UnavailableDriver : public LoopbackMidiDriver {
+class UnavailableDriver : public CLoopbackMidiDriver {
 public:
-    UnavailableDriver() : LoopbackMidiDriver("Absent") {}
+    UnavailableDriver() : CLoopbackMidiDriver("Absent") {}
     std::string GetUnavailableReason() const override { return "Not running."; }
 };
 
@@ -23,16 +23,16 @@ class MidiServiceTest : public ::testing::Test {
 protected:
     MidiServiceTest()
     {
-        auto first = std::make_unique<LoopbackMidiDriver>("Loopback");
-        auto second = std::make_unique<LoopbackMidiDriver>("Second");
+        auto first = std::make_unique<CLoopbackMidiDriver>("Loopback");
+        auto second = std::make_unique<CLoopbackMidiDriver>("Second");
         a = &first->CreatePort("cable A");
         b = &second->CreatePort("cable B");
         c = &second->CreatePort("cable C");
-        std::vector<std::unique_ptr<MidiDriver>> backends;
+        std::vector<std::unique_ptr<IMidiDriver>> backends;
         backends.push_back(std::move(first));
         backends.push_back(std::make_unique<UnavailableDriver>());
         backends.push_back(std::move(second));
-        service = std::make_unique<MidiService>(std::move(backends));
+        service = std::make_unique<CMidiService>(std::move(backends));
     }
 
     std::vector<std::string> Names(MidiDirection direction)
@@ -50,7 +50,7 @@ protected:
     LoopbackMidiDevice* a = nullptr;
     LoopbackMidiDevice* b = nullptr;
     LoopbackMidiDevice* c = nullptr;
-    std::unique_ptr<MidiService> service;
+    std::unique_ptr<CMidiService> service;
 };
 
 TEST_F(MidiServiceTest, ListsEveryBackendsPortsWithItsNameInFront)
@@ -113,14 +113,14 @@ TEST_F(MidiServiceTest, AnIndexPastTheListIsABadDevice)
 
 TEST(MidiServiceEmptyTest, WithoutBackendsListsNothingAndSaysWhy)
 {
-    MidiService service({});
+    CMidiService service({});
     EXPECT_EQ(service.GetNumDevs(MidiDirection::Output), 0u);
     EXPECT_EQ(service.GetUnavailableReason(), "No MIDI backend is built into this program.");
 }
 
 TEST(SystemMidiDriverTest, OffersTheBackendsBuiltIn)
 {
-    const std::unique_ptr<MidiDriver> driver = CreateSystemMidiDriver();
+    const std::unique_ptr<IMidiDriver> driver = CreateSystemMidiService();
     std::string expected;
 #ifdef TARVIX_HAVE_ALSA
     expected = "ALSA";

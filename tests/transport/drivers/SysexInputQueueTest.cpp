@@ -13,7 +13,7 @@ using test::TestBuffer;
 
 TEST(SysexInputQueueTest, KeepsBytesUpToItsLimitAndCountsTheRest)
 {
-    SysexInputQueue queue(8);
+    CSysexInputQueue queue(8);
     queue.Start();
     queue.Write(MakeSysex(12).data(), 12);
     EXPECT_EQ(queue.GetPendingSize(), 8u);
@@ -36,7 +36,7 @@ TEST(SysexInputQueueTest, KeepsBytesUpToItsLimitAndCountsTheRest)
 
 TEST(SysexInputQueueTest, FillsNoMoreThanTheLengthTheBufferWasAddedWith)
 {
-    SysexInputQueue queue;
+    CSysexInputQueue queue;
     queue.Start();
     TestBuffer buffer(8);
     PrepareMidiHeader(buffer.header);
@@ -52,7 +52,7 @@ TEST(SysexInputQueueTest, FillsNoMoreThanTheLengthTheBufferWasAddedWith)
 
 TEST(SysexInputQueueTest, ArbitraryBytesNeverOverrunABuffer)
 {
-    SysexInputQueue queue(64);
+    CSysexInputQueue queue(64);
     queue.Start();
     std::vector<std::unique_ptr<TestBuffer>> buffers;
     std::uint32_t state = 12345;

@@ -8,7 +8,7 @@ namespace tarvix::test {
 
 // The Loopback driver with the faults a test asks for: a call that returns
 // an error code, an open that is never confirmed, a damaged input buffer.
-class FaultyMidiDriver : public LoopbackMidiDriver {
+class FaultyMidiDriver : public CLoopbackMidiDriver {
 public:
     std::atomic<MidiResult> startResult{kMidiNoError};
     std::atomic<MidiResult> longMsgResult{kMidiNoError};
@@ -27,19 +27,19 @@ public:
         }
         m_callback = callback;
         m_instance = instance;
-        return LoopbackMidiDriver::Open(direction, index, callback, instance, handle);
+        return CLoopbackMidiDriver::Open(direction, index, callback, instance, handle);
     }
 
     MidiResult Start(MidiHandle handle) override
     {
         const MidiResult fault = startResult;
-        return fault != kMidiNoError ? fault : LoopbackMidiDriver::Start(handle);
+        return fault != kMidiNoError ? fault : CLoopbackMidiDriver::Start(handle);
     }
 
     MidiResult LongMsg(MidiHandle handle, MidiHeader& header) override
     {
         const MidiResult fault = longMsgResult;
-        return fault != kMidiNoError ? fault : LoopbackMidiDriver::LongMsg(handle, header);
+        return fault != kMidiNoError ? fault : CLoopbackMidiDriver::LongMsg(handle, header);
     }
 
     // Tells the port opened last that a buffer came back damaged.

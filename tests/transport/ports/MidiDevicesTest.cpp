@@ -11,7 +11,7 @@
 namespace tarvix::test {
 namespace {
 
-class MidiDevicesTest : public LoopbackPortTest, public StatusReporter {
+class MidiDevicesTest : public LoopbackPortTest, public IStatusReporter {
 protected:
     void SetStatusText(int pane, const std::string& text) override
     {

@@ -13,7 +13,7 @@ namespace tarvix::test {
 
 // Plays the progress dialog: ticks as its timer would, records what it
 // would show, and lets the test act (or cancel) before each tick.
-class ScriptedView : public TransferView {
+class ScriptedView : public ITransferView {
 public:
     struct Frame {
         std::string text;

@@ -54,9 +54,9 @@ struct AlsaPort : BufferedMidiPort {
     Clock::time_point m_retryAt{};
 };
 
-AlsaMidiDriver::AlsaMidiDriver(std::string clientName) : m_clientName(std::move(clientName)) {}
+CAlsaMidiDriver::CAlsaMidiDriver(std::string clientName) : m_clientName(std::move(clientName)) {}
 
-AlsaMidiDriver::~AlsaMidiDriver()
+CAlsaMidiDriver::~CAlsaMidiDriver()
 {
     if (m_thread.joinable()) {
         m_stop = true;
@@ -71,7 +71,7 @@ AlsaMidiDriver::~AlsaMidiDriver()
     }
 }
 
-bool AlsaMidiDriver::OpenSequencer()
+bool CAlsaMidiDriver::OpenSequencer()
 {
     if (m_seq != nullptr) {
         return true;
@@ -102,12 +102,12 @@ bool AlsaMidiDriver::OpenSequencer()
     return true;
 }
 
-std::string AlsaMidiDriver::GetName() const
+std::string CAlsaMidiDriver::GetName() const
 {
     return "ALSA";
 }
 
-const std::vector<AlsaPortAddress>& AlsaMidiDriver::Listed(MidiDirection direction)
+const std::vector<AlsaPortAddress>& CAlsaMidiDriver::Listed(MidiDirection direction)
 {
     const std::size_t slot = direction == MidiDirection::Input ? 0 : 1;
     if (!m_listedOnce[slot]) {
@@ -118,15 +118,15 @@ const std::vector<AlsaPortAddress>& AlsaMidiDriver::Listed(MidiDirection directi
     return m_listed[slot];
 }
 
-std::uint32_t AlsaMidiDriver::GetNumDevs(MidiDirection direction)
+std::uint32_t CAlsaMidiDriver::GetNumDevs(MidiDirection direction)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     m_listedOnce[direction == MidiDirection::Input ? 0 : 1] = false; // a fresh look
     return static_cast<std::uint32_t>(Listed(direction).size());
 }
 
-MidiResult AlsaMidiDriver::GetDevName(MidiDirection direction, std::uint32_t index,
-                                      std::string& name)
+MidiResult CAlsaMidiDriver::GetDevName(MidiDirection direction, std::uint32_t index,
+                                       std::string& name)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     const std::vector<AlsaPortAddress>& listed = Listed(direction);
@@ -137,8 +137,8 @@ MidiResult AlsaMidiDriver::GetDevName(MidiDirection direction, std::uint32_t ind
     return kMidiNoError;
 }
 
-MidiResult AlsaMidiDriver::Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
-                                void* instance, MidiHandle& handle)
+MidiResult CAlsaMidiDriver::Open(MidiDirection direction, std::uint32_t index,
+                                 MidiCallback callback, void* instance, MidiHandle& handle)
 {
     MidiResult result = kMidiNoError;
     {
@@ -155,8 +155,8 @@ MidiResult AlsaMidiDriver::Open(MidiDirection direction, std::uint32_t index, Mi
     return result;
 }
 
-MidiResult AlsaMidiDriver::OpenVirtual(MidiDirection direction, const std::string& portName,
-                                       MidiCallback callback, void* instance, MidiHandle& handle)
+MidiResult CAlsaMidiDriver::OpenVirtual(MidiDirection direction, const std::string& portName,
+                                        MidiCallback callback, void* instance, MidiHandle& handle)
 {
     MidiResult result = kMidiNoError;
     {
@@ -170,9 +170,9 @@ MidiResult AlsaMidiDriver::OpenVirtual(MidiDirection direction, const std::strin
     return result;
 }
 
-MidiResult AlsaMidiDriver::OpenPort(MidiDirection direction, const std::string& portName,
-                                    const AlsaPortAddress* remote, MidiCallback callback,
-                                    void* instance, MidiHandle& handle)
+MidiResult CAlsaMidiDriver::OpenPort(MidiDirection direction, const std::string& portName,
+                                     const AlsaPortAddress* remote, MidiCallback callback,
+                                     void* instance, MidiHandle& handle)
 {
     const bool input = direction == MidiDirection::Input;
     const unsigned int caps = input ? SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE
@@ -204,17 +204,17 @@ MidiResult AlsaMidiDriver::OpenPort(MidiDirection direction, const std::string& 
     return kMidiNoError;
 }
 
-void AlsaMidiDriver::ClosePort(BufferedMidiPort& port)
+void CAlsaMidiDriver::ClosePort(BufferedMidiPort& port)
 {
     snd_seq_delete_simple_port(m_seq, static_cast<AlsaPort&>(port).m_local);
 }
 
-void AlsaMidiDriver::OutputQueued(BufferedMidiPort& /*port*/)
+void CAlsaMidiDriver::OutputQueued(BufferedMidiPort& /*port*/)
 {
     Wake();
 }
 
-void AlsaMidiDriver::Wake()
+void CAlsaMidiDriver::Wake()
 {
     const std::uint64_t one = 1;
     if (m_wakeFd >= 0) {
@@ -222,7 +222,7 @@ void AlsaMidiDriver::Wake()
     }
 }
 
-bool AlsaMidiDriver::ReadInput()
+bool CAlsaMidiDriver::ReadInput()
 {
     // A bounded number per round, so output gets its turn under a flood.
     for (int events = 0; events < 1000; ++events) {
@@ -264,7 +264,7 @@ bool AlsaMidiDriver::ReadInput()
     return snd_seq_event_input_pending(m_seq, 0) > 0;
 }
 
-bool AlsaMidiDriver::IsSubscribed(const AlsaPort& port) const
+bool CAlsaMidiDriver::IsSubscribed(const AlsaPort& port) const
 {
     snd_seq_port_subscribe_t* query = nullptr;
     if (snd_seq_port_subscribe_malloc(&query) < 0) {
@@ -280,7 +280,7 @@ bool AlsaMidiDriver::IsSubscribed(const AlsaPort& port) const
     return subscribed;
 }
 
-int AlsaMidiDriver::SendOutput()
+int CAlsaMidiDriver::SendOutput()
 {
     int timeout = -1;
     const auto later = [&timeout](int milliseconds) {
@@ -295,7 +295,7 @@ int AlsaMidiDriver::SendOutput()
         }
         while (!port.m_output.empty()) {
             const std::uint8_t* data = nullptr;
-            const std::size_t left = BufferedMidiPorts::PeekOutput(port, data);
+            const std::size_t left = CBufferedMidiPorts::PeekOutput(port, data);
             if (left == 0) {
                 m_ports.Sent(port, 0);
                 continue;
@@ -340,7 +340,7 @@ int AlsaMidiDriver::SendOutput()
     return timeout;
 }
 
-void AlsaMidiDriver::Run()
+void CAlsaMidiDriver::Run()
 {
     std::vector<pollfd> fds;
     {

@@ -21,12 +21,12 @@ struct AlsaPort;
 // driver's thread, or for Open, Close, Reset and AddBuffer from within that
 // call. Without a sequencer (no /dev/snd/seq) it lists no ports and
 // GetUnavailableReason says why; it tries again at the next listing.
-class AlsaMidiDriver : public CBufferedMidiDriver {
+class CAlsaMidiDriver : public CBufferedMidiDriver {
 public:
-    explicit AlsaMidiDriver(std::string clientName = "Tarvix");
-    ~AlsaMidiDriver() override;
-    AlsaMidiDriver(const AlsaMidiDriver&) = delete;
-    AlsaMidiDriver& operator=(const AlsaMidiDriver&) = delete;
+    explicit CAlsaMidiDriver(std::string clientName = "Tarvix");
+    ~CAlsaMidiDriver() override;
+    CAlsaMidiDriver(const CAlsaMidiDriver&) = delete;
+    CAlsaMidiDriver& operator=(const CAlsaMidiDriver&) = delete;
 
     // A port of our own named portName that other programs connect to
     // (the simulated device's ports), instead of one connected to a

@@ -36,7 +36,7 @@ std::size_t Slot(MidiDirection direction)
 struct JackPort : BufferedMidiPort {
     using BufferedMidiPort::BufferedMidiPort;
 
-    std::unique_ptr<JackRealtimePort> m_rt;
+    std::unique_ptr<CJackRealtimePort> m_rt;
     std::size_t m_slot = 0;
     // Output: bytes put in the ring, and how many of them have been
     // accounted to the program's buffers (by the callback's count of bytes
@@ -50,13 +50,13 @@ struct JackPort : BufferedMidiPort {
     bool m_linkSeen = false;
 };
 
-JackMidiDriver::JackMidiDriver(std::string clientName, std::string serverName)
+CJackMidiDriver::CJackMidiDriver(std::string clientName, std::string serverName)
     : m_clientName(std::move(clientName)), m_serverName(std::move(serverName))
 {
     sem_init(&m_wake, 0, 0);
 }
 
-JackMidiDriver::~JackMidiDriver()
+CJackMidiDriver::~CJackMidiDriver()
 {
     if (m_thread.joinable()) {
         m_stop = true;
@@ -69,13 +69,13 @@ JackMidiDriver::~JackMidiDriver()
     sem_destroy(&m_wake);
 }
 
-int JackMidiDriver::ProcessCallback(std::uint32_t frames, void* driver)
+int CJackMidiDriver::ProcessCallback(std::uint32_t frames, void* driver)
 {
-    auto& self = *static_cast<JackMidiDriver*>(driver);
+    auto& self = *static_cast<CJackMidiDriver*>(driver);
     self.m_cyclesStarted.fetch_add(1);
     bool moved = false;
-    for (const std::atomic<JackRealtimePort*>& slot : self.m_slots) {
-        if (JackRealtimePort* port = slot.load()) {
+    for (const std::atomic<CJackRealtimePort*>& slot : self.m_slots) {
+        if (CJackRealtimePort* port = slot.load()) {
             moved = port->Process(frames) || moved;
         }
     }
@@ -86,14 +86,14 @@ int JackMidiDriver::ProcessCallback(std::uint32_t frames, void* driver)
     return 0;
 }
 
-void JackMidiDriver::ShutdownCallback(void* driver)
+void CJackMidiDriver::ShutdownCallback(void* driver)
 {
-    auto& self = *static_cast<JackMidiDriver*>(driver);
+    auto& self = *static_cast<CJackMidiDriver*>(driver);
     self.m_serverGone = true;
     sem_post(&self.m_wake);
 }
 
-bool JackMidiDriver::OpenClient()
+bool CJackMidiDriver::OpenClient()
 {
     if (m_client != nullptr && !m_serverGone) {
         return true;
@@ -127,8 +127,8 @@ bool JackMidiDriver::OpenClient()
                                   : "The JACK server" + server + " refused the client.";
         return false;
     }
-    jack_set_process_callback(client, &JackMidiDriver::ProcessCallback, this);
-    jack_on_shutdown(client, &JackMidiDriver::ShutdownCallback, this);
+    jack_set_process_callback(client, &CJackMidiDriver::ProcessCallback, this);
+    jack_on_shutdown(client, &CJackMidiDriver::ShutdownCallback, this);
     if (jack_activate(client) != 0) {
         jack_client_close(client);
         m_unavailableReason = "The JACK server would not run the client.";
@@ -142,18 +142,18 @@ bool JackMidiDriver::OpenClient()
     return true;
 }
 
-std::string JackMidiDriver::GetName() const
+std::string CJackMidiDriver::GetName() const
 {
     return "JACK";
 }
 
-std::string JackMidiDriver::GetClientName() const
+std::string CJackMidiDriver::GetClientName() const
 {
     const std::lock_guard lock(m_ports.GetMutex());
     return m_client == nullptr ? std::string() : std::string(jack_get_client_name(m_client));
 }
 
-const std::vector<std::string>& JackMidiDriver::Listed(MidiDirection direction)
+const std::vector<std::string>& CJackMidiDriver::Listed(MidiDirection direction)
 {
     std::vector<std::string>& listed = m_listed[Slot(direction)];
     if (m_listedOnce[Slot(direction)]) {
@@ -178,15 +178,15 @@ const std::vector<std::string>& JackMidiDriver::Listed(MidiDirection direction)
     return listed;
 }
 
-std::uint32_t JackMidiDriver::GetNumDevs(MidiDirection direction)
+std::uint32_t CJackMidiDriver::GetNumDevs(MidiDirection direction)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     m_listedOnce[Slot(direction)] = false; // a fresh look
     return static_cast<std::uint32_t>(Listed(direction).size());
 }
 
-MidiResult JackMidiDriver::GetDevName(MidiDirection direction, std::uint32_t index,
-                                      std::string& name)
+MidiResult CJackMidiDriver::GetDevName(MidiDirection direction, std::uint32_t index,
+                                       std::string& name)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     const std::vector<std::string>& listed = Listed(direction);
@@ -197,8 +197,8 @@ MidiResult JackMidiDriver::GetDevName(MidiDirection direction, std::uint32_t ind
     return kMidiNoError;
 }
 
-MidiResult JackMidiDriver::Open(MidiDirection direction, std::uint32_t index, MidiCallback callback,
-                                void* instance, MidiHandle& handle)
+MidiResult CJackMidiDriver::Open(MidiDirection direction, std::uint32_t index,
+                                 MidiCallback callback, void* instance, MidiHandle& handle)
 {
     MidiResult result = kMidiNoError;
     {
@@ -215,8 +215,8 @@ MidiResult JackMidiDriver::Open(MidiDirection direction, std::uint32_t index, Mi
     return result;
 }
 
-MidiResult JackMidiDriver::OpenVirtual(MidiDirection direction, const std::string& portName,
-                                       MidiCallback callback, void* instance, MidiHandle& handle)
+MidiResult CJackMidiDriver::OpenVirtual(MidiDirection direction, const std::string& portName,
+                                        MidiCallback callback, void* instance, MidiHandle& handle)
 {
     MidiResult result = kMidiNoError;
     {
@@ -230,9 +230,9 @@ MidiResult JackMidiDriver::OpenVirtual(MidiDirection direction, const std::strin
     return result;
 }
 
-MidiResult JackMidiDriver::OpenPort(MidiDirection direction, const std::string& portName,
-                                    bool exactName, const std::string* remote,
-                                    MidiCallback callback, void* instance, MidiHandle& handle)
+MidiResult CJackMidiDriver::OpenPort(MidiDirection direction, const std::string& portName,
+                                     bool exactName, const std::string* remote,
+                                     MidiCallback callback, void* instance, MidiHandle& handle)
 {
     const auto freeSlot = std::find_if(m_slots.begin(), m_slots.end(),
                                        [](const auto& slot) { return slot.load() == nullptr; });
@@ -254,8 +254,8 @@ MidiResult JackMidiDriver::OpenPort(MidiDirection direction, const std::string& 
         return kMidiError;
     }
     auto port = std::make_unique<JackPort>(direction, callback, instance);
-    port->m_rt = std::make_unique<JackRealtimePort>(jackPort, direction,
-                                                    input ? kInputRingBytes : kOutputRingBytes);
+    port->m_rt = std::make_unique<CJackRealtimePort>(jackPort, direction,
+                                                     input ? kInputRingBytes : kOutputRingBytes);
     if (!port->m_rt->IsValid()) {
         jack_port_unregister(m_client, jackPort);
         return kMidiNoMemory;
@@ -280,7 +280,7 @@ MidiResult JackMidiDriver::OpenPort(MidiDirection direction, const std::string& 
     return kMidiNoError;
 }
 
-void JackMidiDriver::Unpublish(std::size_t slot)
+void CJackMidiDriver::Unpublish(std::size_t slot)
 {
     m_slots[slot].store(nullptr);
     // A cycle that began before the store may still use the port; wait
@@ -293,14 +293,14 @@ void JackMidiDriver::Unpublish(std::size_t slot)
     }
 }
 
-void JackMidiDriver::ClosePort(BufferedMidiPort& closed)
+void CJackMidiDriver::ClosePort(BufferedMidiPort& closed)
 {
     auto& port = static_cast<JackPort&>(closed);
     Unpublish(port.m_slot);
     jack_port_unregister(m_client, port.m_rt->GetPort());
 }
 
-void JackMidiDriver::ResetPort(BufferedMidiPort& reset)
+void CJackMidiDriver::ResetPort(BufferedMidiPort& reset)
 {
     auto& port = static_cast<JackPort&>(reset);
     if (port.m_direction == MidiDirection::Output) {
@@ -310,28 +310,28 @@ void JackMidiDriver::ResetPort(BufferedMidiPort& reset)
     }
 }
 
-void JackMidiDriver::OutputQueued(BufferedMidiPort& /*port*/)
+void CJackMidiDriver::OutputQueued(BufferedMidiPort& /*port*/)
 {
     Wake();
 }
 
-void JackMidiDriver::Wake()
+void CJackMidiDriver::Wake()
 {
     sem_post(&m_wake);
 }
 
-void JackMidiDriver::Account(JackPort& port, std::uint64_t bytes)
+void CJackMidiDriver::Account(JackPort& port, std::uint64_t bytes)
 {
     while (bytes > 0 && !port.m_output.empty()) {
         const std::uint8_t* data = nullptr;
-        const std::size_t left = BufferedMidiPorts::PeekOutput(port, data);
+        const std::size_t left = CBufferedMidiPorts::PeekOutput(port, data);
         const std::size_t taken = static_cast<std::size_t>(std::min<std::uint64_t>(bytes, left));
         m_ports.Sent(port, taken);
         bytes -= taken;
     }
 }
 
-void JackMidiDriver::PushOutput(JackPort& port)
+void CJackMidiDriver::PushOutput(JackPort& port)
 {
     // Bytes beyond those accounted are already in the ring: skip them.
     std::uint64_t inRing = port.m_pushed - port.m_accounted;
@@ -355,7 +355,7 @@ void JackMidiDriver::PushOutput(JackPort& port)
     }
 }
 
-void JackMidiDriver::Pump()
+void CJackMidiDriver::Pump()
 {
     const bool serverGone = m_serverGone;
     for (const auto& open : m_ports.GetPorts()) {
@@ -387,7 +387,7 @@ void JackMidiDriver::Pump()
     }
 }
 
-bool JackMidiDriver::IsLinked(JackPort& port)
+bool CJackMidiDriver::IsLinked(JackPort& port)
 {
     // jack_connect returns before the connection shows on our port.
     if (jack_port_connected(port.m_rt->GetPort()) > 0) {
@@ -402,7 +402,7 @@ bool JackMidiDriver::IsLinked(JackPort& port)
     return false;
 }
 
-void JackMidiDriver::Run()
+void CJackMidiDriver::Run()
 {
     while (!m_stop) {
         timespec until{};

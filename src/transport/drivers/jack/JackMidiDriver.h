@@ -15,7 +15,7 @@ struct _jack_client;
 
 namespace tarvix {
 
-class JackRealtimePort;
+class CJackRealtimePort;
 struct JackPort;
 
 // JACK MIDI: one JACK client for the program, one JACK MIDI port of its own
@@ -26,16 +26,16 @@ struct JackPort;
 // says why; it tries again at the next listing. Callbacks come from the
 // driver's thread, or for Open, Close, Reset and AddBuffer from within
 // that call.
-class JackMidiDriver : public CBufferedMidiDriver {
+class CJackMidiDriver : public CBufferedMidiDriver {
 public:
     static constexpr std::size_t kMaxOpenPorts = 32;
 
     // An empty serverName is libjack's default: $JACK_DEFAULT_SERVER, else
     // "default".
-    explicit JackMidiDriver(std::string clientName = "tarvix", std::string serverName = {});
-    ~JackMidiDriver() override;
-    JackMidiDriver(const JackMidiDriver&) = delete;
-    JackMidiDriver& operator=(const JackMidiDriver&) = delete;
+    explicit CJackMidiDriver(std::string clientName = "tarvix", std::string serverName = {});
+    ~CJackMidiDriver() override;
+    CJackMidiDriver(const CJackMidiDriver&) = delete;
+    CJackMidiDriver& operator=(const CJackMidiDriver&) = delete;
 
     // A port of our own named portName that other clients connect to (the
     // simulated device's "tarvix-device:out"), instead of one connected to
@@ -84,7 +84,7 @@ private:
     bool m_listedOnce[2] = {false, false};
 
     // Shared with the process callback.
-    std::array<std::atomic<JackRealtimePort*>, kMaxOpenPorts> m_slots{};
+    std::array<std::atomic<CJackRealtimePort*>, kMaxOpenPorts> m_slots{};
     std::atomic<std::uint64_t> m_cyclesStarted{0};
     std::atomic<std::uint64_t> m_cyclesEnded{0};
     std::atomic<bool> m_serverGone{false};

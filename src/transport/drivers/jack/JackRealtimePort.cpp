@@ -6,20 +6,20 @@
 
 namespace tarvix {
 
-JackRealtimePort::JackRealtimePort(jack_port_t* port, MidiDirection direction,
-                                   std::size_t ringBytes)
+CJackRealtimePort::CJackRealtimePort(jack_port_t* port, MidiDirection direction,
+                                     std::size_t ringBytes)
     : m_port(port), m_direction(direction), m_ring(jack_ringbuffer_create(ringBytes))
 {
 }
 
-JackRealtimePort::~JackRealtimePort()
+CJackRealtimePort::~CJackRealtimePort()
 {
     if (m_ring != nullptr) {
         jack_ringbuffer_free(m_ring);
     }
 }
 
-bool JackRealtimePort::Process(jack_nframes_t frames)
+bool CJackRealtimePort::Process(jack_nframes_t frames)
 {
     void* buffer = jack_port_get_buffer(m_port, frames);
     if (buffer == nullptr) {
@@ -28,7 +28,7 @@ bool JackRealtimePort::Process(jack_nframes_t frames)
     return m_direction == MidiDirection::Input ? ProcessInput(buffer) : ProcessOutput(buffer);
 }
 
-bool JackRealtimePort::ProcessInput(void* buffer)
+bool CJackRealtimePort::ProcessInput(void* buffer)
 {
     bool moved = false;
     const jack_nframes_t count = jack_midi_get_event_count(buffer);
@@ -49,7 +49,7 @@ bool JackRealtimePort::ProcessInput(void* buffer)
     return moved;
 }
 
-bool JackRealtimePort::ProcessOutput(void* buffer)
+bool CJackRealtimePort::ProcessOutput(void* buffer)
 {
     jack_midi_clear_buffer(buffer);
     const std::uint32_t flush = m_flushRequested.load();
@@ -91,7 +91,7 @@ bool JackRealtimePort::ProcessOutput(void* buffer)
     return moved;
 }
 
-void JackRealtimePort::ReadInput(const std::function<void(const std::uint8_t*, std::size_t)>& sink)
+void CJackRealtimePort::ReadInput(const std::function<void(const std::uint8_t*, std::size_t)>& sink)
 {
     jack_ringbuffer_data_t pieces[2];
     jack_ringbuffer_get_read_vector(m_ring, pieces);
@@ -105,7 +105,7 @@ void JackRealtimePort::ReadInput(const std::function<void(const std::uint8_t*, s
     jack_ringbuffer_read_advance(m_ring, taken);
 }
 
-std::size_t JackRealtimePort::WriteOutput(const std::uint8_t* data, std::size_t size)
+std::size_t CJackRealtimePort::WriteOutput(const std::uint8_t* data, std::size_t size)
 {
     return jack_ringbuffer_write(m_ring, reinterpret_cast<const char*>(data), size);
 }

@@ -17,12 +17,12 @@ namespace tarvix {
 // single-producer/single-consumer ring (input: the callback writes, the
 // thread reads; output: the other way round) and a few atomics, so the
 // callback never blocks, never allocates and never takes a lock.
-class JackRealtimePort {
+class CJackRealtimePort {
 public:
-    JackRealtimePort(jack_port_t* port, MidiDirection direction, std::size_t ringBytes);
-    ~JackRealtimePort();
-    JackRealtimePort(const JackRealtimePort&) = delete;
-    JackRealtimePort& operator=(const JackRealtimePort&) = delete;
+    CJackRealtimePort(jack_port_t* port, MidiDirection direction, std::size_t ringBytes);
+    ~CJackRealtimePort();
+    CJackRealtimePort(const CJackRealtimePort&) = delete;
+    CJackRealtimePort& operator=(const CJackRealtimePort&) = delete;
 
     bool IsValid() const { return m_ring != nullptr; }
     jack_port_t* GetPort() const { return m_port; }

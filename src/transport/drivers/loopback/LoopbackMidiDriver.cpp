@@ -17,7 +17,7 @@ struct LoopbackPort : BufferedMidiPort {
 
 // ---- the device end ----
 
-LoopbackMidiDevice::LoopbackMidiDevice(LoopbackMidiDriver& driver, std::string name)
+LoopbackMidiDevice::LoopbackMidiDevice(CLoopbackMidiDriver& driver, std::string name)
     : m_driver(driver), m_name(std::move(name))
 {
 }
@@ -107,17 +107,17 @@ std::uint64_t LoopbackMidiDevice::GetLostBytes() const
 
 // ---- the driver ----
 
-LoopbackMidiDriver::LoopbackMidiDriver(std::string name) : m_name(std::move(name)) {}
-LoopbackMidiDriver::~LoopbackMidiDriver() = default;
+CLoopbackMidiDriver::CLoopbackMidiDriver(std::string name) : m_name(std::move(name)) {}
+CLoopbackMidiDriver::~CLoopbackMidiDriver() = default;
 
-LoopbackMidiDevice& LoopbackMidiDriver::CreatePort(const std::string& name)
+LoopbackMidiDevice& CLoopbackMidiDriver::CreatePort(const std::string& name)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     m_devices.push_back(std::unique_ptr<LoopbackMidiDevice>(new LoopbackMidiDevice(*this, name)));
     return *m_devices.back();
 }
 
-bool LoopbackMidiDriver::RemovePort(const std::string& name)
+bool CLoopbackMidiDriver::RemovePort(const std::string& name)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     for (const auto& device : m_devices) {
@@ -129,7 +129,7 @@ bool LoopbackMidiDriver::RemovePort(const std::string& name)
     return false;
 }
 
-LoopbackMidiDevice* LoopbackMidiDriver::FindPort(const std::string& name)
+LoopbackMidiDevice* CLoopbackMidiDriver::FindPort(const std::string& name)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     for (const auto& device : m_devices) {
@@ -140,25 +140,25 @@ LoopbackMidiDevice* LoopbackMidiDriver::FindPort(const std::string& name)
     return nullptr;
 }
 
-void LoopbackMidiDriver::SetUnavailableReason(const std::string& reason)
+void CLoopbackMidiDriver::SetUnavailableReason(const std::string& reason)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     m_unavailableReason = reason;
 }
 
-std::string LoopbackMidiDriver::GetName() const
+std::string CLoopbackMidiDriver::GetName() const
 {
     return m_name;
 }
 
-std::uint32_t LoopbackMidiDriver::GetNumDevs(MidiDirection /*direction*/)
+std::uint32_t CLoopbackMidiDriver::GetNumDevs(MidiDirection /*direction*/)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     return static_cast<std::uint32_t>(std::count_if(
         m_devices.begin(), m_devices.end(), [](const auto& device) { return device->m_plugged; }));
 }
 
-LoopbackMidiDevice* LoopbackMidiDriver::PluggedDevice(std::uint32_t index) const
+LoopbackMidiDevice* CLoopbackMidiDriver::PluggedDevice(std::uint32_t index) const
 {
     std::uint32_t seen = 0;
     for (const auto& device : m_devices) {
@@ -169,8 +169,8 @@ LoopbackMidiDevice* LoopbackMidiDriver::PluggedDevice(std::uint32_t index) const
     return nullptr;
 }
 
-MidiResult LoopbackMidiDriver::GetDevName(MidiDirection /*direction*/, std::uint32_t index,
-                                          std::string& name)
+MidiResult CLoopbackMidiDriver::GetDevName(MidiDirection /*direction*/, std::uint32_t index,
+                                           std::string& name)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     const LoopbackMidiDevice* device = PluggedDevice(index);
@@ -181,8 +181,8 @@ MidiResult LoopbackMidiDriver::GetDevName(MidiDirection /*direction*/, std::uint
     return kMidiNoError;
 }
 
-MidiResult LoopbackMidiDriver::Open(MidiDirection direction, std::uint32_t index,
-                                    MidiCallback callback, void* instance, MidiHandle& handle)
+MidiResult CLoopbackMidiDriver::Open(MidiDirection direction, std::uint32_t index,
+                                     MidiCallback callback, void* instance, MidiHandle& handle)
 {
     {
         const std::lock_guard lock(m_ports.GetMutex());
@@ -204,22 +204,22 @@ MidiResult LoopbackMidiDriver::Open(MidiDirection direction, std::uint32_t index
     return kMidiNoError;
 }
 
-void LoopbackMidiDriver::ClosePort(BufferedMidiPort& closed)
+void CLoopbackMidiDriver::ClosePort(BufferedMidiPort& closed)
 {
     auto& port = static_cast<LoopbackPort&>(closed);
     LoopbackMidiDevice& device = *port.m_device;
     (port.m_direction == MidiDirection::Input ? device.m_input : device.m_output) = nullptr;
 }
 
-bool LoopbackMidiDriver::IsSoftwareOnly(MidiHandle /*handle*/)
+bool CLoopbackMidiDriver::IsSoftwareOnly(MidiHandle /*handle*/)
 {
     return true;
 }
 
-void LoopbackMidiDriver::SendFront(LoopbackPort& port)
+void CLoopbackMidiDriver::SendFront(LoopbackPort& port)
 {
     const std::uint8_t* data = nullptr;
-    const std::size_t size = BufferedMidiPorts::PeekOutput(port, data);
+    const std::size_t size = CBufferedMidiPorts::PeekOutput(port, data);
     LoopbackMidiDevice& device = *port.m_device;
     if (device.m_receiver) {
         // A copy, and through the callback queue: the receiver runs without
@@ -234,7 +234,7 @@ void LoopbackMidiDriver::SendFront(LoopbackPort& port)
     m_ports.Sent(port, size);
 }
 
-void LoopbackMidiDriver::OutputQueued(BufferedMidiPort& queued)
+void CLoopbackMidiDriver::OutputQueued(BufferedMidiPort& queued)
 {
     const std::lock_guard lock(m_ports.GetMutex());
     auto& port = static_cast<LoopbackPort&>(queued);

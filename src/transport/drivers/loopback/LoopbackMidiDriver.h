@@ -12,7 +12,7 @@
 
 namespace tarvix {
 
-class LoopbackMidiDriver;
+class CLoopbackMidiDriver;
 struct LoopbackPort;
 
 // The far end of a Loopback port pair: what a cable would plug into. The
@@ -56,10 +56,10 @@ public:
     std::uint64_t GetLostBytes() const;
 
 private:
-    friend class LoopbackMidiDriver;
-    LoopbackMidiDevice(LoopbackMidiDriver& driver, std::string name);
+    friend class CLoopbackMidiDriver;
+    LoopbackMidiDevice(CLoopbackMidiDriver& driver, std::string name);
 
-    LoopbackMidiDriver& m_driver;
+    CLoopbackMidiDriver& m_driver;
     std::string m_name;
     // The rest is guarded by the driver's lock.
     bool m_plugged = true;
@@ -77,13 +77,13 @@ private:
 // that moment; that thread then delivers them right after its own, in
 // order. So a single-threaded test sees every callback before the call it
 // made returns.
-class LoopbackMidiDriver : public CBufferedMidiDriver {
+class CLoopbackMidiDriver : public CBufferedMidiDriver {
 public:
     // The name is what GetName gives, e.g. to tell two apart in a service.
-    explicit LoopbackMidiDriver(std::string name = "Loopback");
-    ~LoopbackMidiDriver() override;
-    LoopbackMidiDriver(const LoopbackMidiDriver&) = delete;
-    LoopbackMidiDriver& operator=(const LoopbackMidiDriver&) = delete;
+    explicit CLoopbackMidiDriver(std::string name = "Loopback");
+    ~CLoopbackMidiDriver() override;
+    CLoopbackMidiDriver(const CLoopbackMidiDriver&) = delete;
+    CLoopbackMidiDriver& operator=(const CLoopbackMidiDriver&) = delete;
 
     // Plugs in a device: an input and an output port called name, listed
     // after those already there. The reference lives as long as the driver.

@@ -8,7 +8,7 @@ namespace tarvix {
 // own call, its callback function is turned into the driver callback, and
 // its result codes pass through unchanged. The service paces output to the
 // cable itself.
-class WinMmMidiDriver final : public MidiDriver {
+class WinMmMidiDriver final : public IMidiDriver {
 public:
     std::string GetName() const override { return "WinMM"; }
     std::uint32_t GetNumDevs(MidiDirection direction) override;

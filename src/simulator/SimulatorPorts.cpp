@@ -1,4 +1,4 @@
-#include "simulator/DeviceBackends.h"
+#include "simulator/SimulatorPorts.h"
 
 #include "transport/drivers/MidiService.h"
 
@@ -13,17 +13,17 @@ namespace tarvix {
 
 namespace {
 template <typename System>
-DeviceBackend MakeBackend(std::unique_ptr<System> system, std::function<std::string()> clientName)
+SimulatorPorts MakeBackend(std::unique_ptr<System> system, std::function<std::string()> clientName)
 {
-    DeviceBackend backend;
+    SimulatorPorts backend;
     System& owner = *system;
     auto opener = [&owner](MidiDirection direction, const std::string& portName,
                            MidiCallback callback, void* instance, MidiHandle& handle) {
         return owner.OpenVirtual(direction, portName, callback, instance, handle);
     };
-    backend.ports = std::make_unique<VirtualPortDriver>(owner, opener, DeviceBackend::kInputPort,
-                                                        DeviceBackend::kOutputPort);
-    const std::string prefix = owner.GetName() + MidiService::kPrefixSeparator;
+    backend.ports = std::make_unique<CVirtualPortDriver>(owner, opener, SimulatorPorts::kInputPort,
+                                                         SimulatorPorts::kOutputPort);
+    const std::string prefix = owner.GetName() + CMidiService::kPrefixSeparator;
     backend.listedName = [prefix, clientName](const std::string& port) {
         return prefix + clientName() + ":" + port;
     };
@@ -32,13 +32,13 @@ DeviceBackend MakeBackend(std::unique_ptr<System> system, std::function<std::str
 }
 } // namespace
 
-std::vector<DeviceBackend> CreateDeviceBackends([[maybe_unused]] const std::string& name)
+std::vector<SimulatorPorts> CreateSimulatorPorts([[maybe_unused]] const std::string& name)
 {
-    std::vector<DeviceBackend> backends;
+    std::vector<SimulatorPorts> backends;
 #ifdef TARVIX_HAVE_JACK
     {
-        auto jack = std::make_unique<JackMidiDriver>(name);
-        JackMidiDriver* client = jack.get();
+        auto jack = std::make_unique<CJackMidiDriver>(name);
+        CJackMidiDriver* client = jack.get();
         // JACK renames a client whose name is taken.
         backends.push_back(
             MakeBackend(std::move(jack), [client] { return client->GetClientName(); }));
@@ -46,7 +46,7 @@ std::vector<DeviceBackend> CreateDeviceBackends([[maybe_unused]] const std::stri
 #endif
 #ifdef TARVIX_HAVE_ALSA
     backends.push_back(
-        MakeBackend(std::make_unique<AlsaMidiDriver>(name), [name] { return name; }));
+        MakeBackend(std::make_unique<CAlsaMidiDriver>(name), [name] { return name; }));
 #endif
     return backends;
 }

@@ -25,12 +25,12 @@ inline constexpr const char* kPortSettingsHelp =
 
 // The program's two MIDI ports over the system's MIDI service, as the
 // editor has them, but on the port named on the command line.
-class TransferPorts {
+class CCliMidiPorts {
 public:
-    TransferPorts();
-    ~TransferPorts();
-    TransferPorts(const TransferPorts&) = delete;
-    TransferPorts& operator=(const TransferPorts&) = delete;
+    CCliMidiPorts();
+    ~CCliMidiPorts();
+    CCliMidiPorts(const CCliMidiPorts&) = delete;
+    CCliMidiPorts& operator=(const CCliMidiPorts&) = delete;
 
     // Opens the port of that direction, with the user's stored buffer and
     // pacing settings; the other port stays closed. On failure prints the
@@ -43,7 +43,7 @@ public:
     CMidiOut& Output() { return m_output; }
 
 private:
-    std::unique_ptr<MidiDriver> m_driver;
+    std::unique_ptr<IMidiDriver> m_driver;
     CMidiIn m_input;
     CMidiOut m_output;
 };

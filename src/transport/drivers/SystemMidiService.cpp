@@ -1,4 +1,4 @@
-#include "transport/drivers/SystemMidiDriver.h"
+#include "transport/drivers/SystemMidiService.h"
 
 #include "transport/drivers/MidiService.h"
 
@@ -14,19 +14,19 @@
 
 namespace tarvix {
 
-std::unique_ptr<MidiDriver> CreateSystemMidiDriver()
+std::unique_ptr<IMidiDriver> CreateSystemMidiService()
 {
-    std::vector<std::unique_ptr<MidiDriver>> backends;
+    std::vector<std::unique_ptr<IMidiDriver>> backends;
 #ifdef TARVIX_HAVE_ALSA
-    backends.push_back(std::make_unique<AlsaMidiDriver>());
+    backends.push_back(std::make_unique<CAlsaMidiDriver>());
 #endif
 #ifdef TARVIX_HAVE_JACK
-    backends.push_back(std::make_unique<JackMidiDriver>());
+    backends.push_back(std::make_unique<CJackMidiDriver>());
 #endif
 #ifdef TARVIX_HAVE_WINMM
     backends.push_back(std::make_unique<WinMmMidiDriver>());
 #endif
-    return std::make_unique<MidiService>(std::move(backends));
+    return std::make_unique<CMidiService>(std::move(backends));
 }
 
 } // namespace tarvix

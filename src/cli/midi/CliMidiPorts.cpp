@@ -1,7 +1,7 @@
-#include "cli/midi/TransferPorts.h"
+#include "cli/midi/CliMidiPorts.h"
 
 #include "settings/Settings.h"
-#include "transport/drivers/SystemMidiDriver.h"
+#include "transport/drivers/SystemMidiService.h"
 #include "transport/ports/MidiDevices.h"
 
 namespace tarvix::cli {
@@ -22,17 +22,17 @@ PortSettings StoredPortSettings()
 }
 } // namespace
 
-TransferPorts::TransferPorts()
-    : m_driver(CreateSystemMidiDriver()), m_input(*m_driver), m_output(*m_driver)
+CCliMidiPorts::CCliMidiPorts()
+    : m_driver(CreateSystemMidiService()), m_input(*m_driver), m_output(*m_driver)
 {
 }
 
-TransferPorts::~TransferPorts()
+CCliMidiPorts::~CCliMidiPorts()
 {
     CloseMidiDevices(m_input, m_output);
 }
 
-bool TransferPorts::Open(MidiDirection direction, const std::string& name, std::FILE* err)
+bool CCliMidiPorts::Open(MidiDirection direction, const std::string& name, std::FILE* err)
 {
     PortSettings settings = StoredPortSettings();
     (direction == MidiDirection::Input ? settings.inDevice : settings.outDevice) = name;
@@ -47,7 +47,7 @@ bool TransferPorts::Open(MidiDirection direction, const std::string& name, std::
     return opened;
 }
 
-bool TransferPorts::IsListed(MidiDirection direction, const std::string& name)
+bool CCliMidiPorts::IsListed(MidiDirection direction, const std::string& name)
 {
     const std::uint32_t count = m_driver->GetNumDevs(direction);
     for (std::uint32_t index = 0; index < count; ++index) {

@@ -6,9 +6,9 @@
 
 namespace tarvix {
 
-// The platform's MIDI service: a MidiService over the backends built into
+// The platform's MIDI service: a CMidiService over the backends built into
 // this program (on Linux ALSA, then JACK), each listed even when its
 // system is not running (it then lists no ports and says why).
-std::unique_ptr<MidiDriver> CreateSystemMidiDriver();
+std::unique_ptr<IMidiDriver> CreateSystemMidiService();
 
 } // namespace tarvix
