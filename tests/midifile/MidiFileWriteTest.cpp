@@ -1,14 +1,10 @@
 // Writing, copying, splitting and the queries over a file in memory.
 #include "support/MidiFileBuilders.h"
 
-#include "io/FileTestSupport.h"
-#include "midifile/MidiFileException.h"
 #include "midifile/MidiFileStream.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
-
-#include <cerrno>
 
 namespace tarvix::testing {
 namespace {
@@ -102,17 +98,6 @@ TEST(MidiFileWriteTest, WritesFilesThroughTheStream)
     CMidiFile read;
     read.Persist(stream);
     EXPECT_EQ(ListEvents(read), ListEvents(file));
-
-    // A folder that is not there: the old file stays, the message names the file.
-    const std::string missing = folder.File("none/song.mid");
-    ASSERT_TRUE(stream.Open(missing, CMidiFileStream::kModeWrite));
-    file.Persist(stream);
-    try {
-        stream.Close();
-        FAIL() << "no exception";
-    } catch (const CMidiFileException& exception) {
-        EXPECT_EQ(exception.GetMessage(), FileMessage("write", missing, expected::kMissingFolder));
-    }
 }
 
 TEST(MidiFileWriteTest, WriteRawGivesBareMessages)
