@@ -11,8 +11,12 @@ namespace {
 
 using testing::FileMessage;
 using testing::FolderEntries;
-using testing::Replace;
 using Bytes = std::vector<std::uint8_t>;
+
+bool Replace(const std::string& path, const std::string& text, std::string& error)
+{
+    return WriteFileReplacing(path, text.data(), static_cast<std::uint32_t>(text.size()), error);
+}
 
 TEST(FileReplacerTest, ReplacesOrCreatesAndLeavesNoTemporaryFile)
 {

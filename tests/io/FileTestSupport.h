@@ -6,7 +6,6 @@
 #include <set>
 #include <string>
 
-#include "io/FileStream.h"
 #include "support/TempDir.h"
 
 #ifdef _WIN32
@@ -79,12 +78,6 @@ inline std::set<std::string> FolderEntries(const std::filesystem::path& folder)
     for (const auto& entry : std::filesystem::directory_iterator(folder))
         names.insert(Utf8Path(entry.path().filename()));
     return names;
-}
-
-// Saves text over path the way the program saves a document.
-inline bool Replace(const std::string& path, const std::string& text, std::string& error)
-{
-    return WriteFileReplacing(path, text.data(), static_cast<std::uint32_t>(text.size()), error);
 }
 
 } // namespace tarvix::testing

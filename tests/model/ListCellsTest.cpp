@@ -26,6 +26,21 @@ protected:
     CMmt8Memory m_memory;
 };
 
+// The titles are the program's own texts; the list view shows them as given.
+TEST_F(ListCellsTest, ColumnTitlesAndWidths)
+{
+    const auto layout = [](ListKind kind) {
+        std::string text;
+        for (const ListColumn& column : GetListColumns(kind))
+            text += std::string(column.title) + "/" + std::to_string(column.widthUnits) + " ";
+        return text;
+    };
+    EXPECT_EQ(layout(ListKind::Parts), "##/1 Part name/5 Number of beats/4 Size in bytes/0 ");
+    EXPECT_EQ(layout(ListKind::Tracks), "##/1 Midi channel/5 Number of events/4 Size in bytes/0 ");
+    EXPECT_EQ(layout(ListKind::Songs), "##/1 Song name/5 Beats per minute/4 Size in bytes/0 ");
+    EXPECT_EQ(layout(ListKind::Steps), "##/1 Part name/5 Number of beats/4 Tracks enabled/0 ");
+}
+
 TEST_F(ListCellsTest, RowCounts)
 {
     m_memory.Song(6).steps = {{1, 0xFF}, {2, 0xFF}};
