@@ -84,11 +84,11 @@ struct Endpoint {
 };
 
 // Sends data through out's buffers, giving them back as they return, while
-// in's buffers are given back as they fill; what arrived, once expected
-// bytes did (all of them unless said) or the time is up.
-Bytes Transfer(Endpoint& out, Endpoint& in, const Bytes& data, std::size_t expected = 0)
+// in's buffers are given back as they fill; what arrived, once all of it
+// did or the time is up.
+Bytes Transfer(Endpoint& out, Endpoint& in, const Bytes& data)
 {
-    expected = expected == 0 ? data.size() : expected;
+    const std::size_t expected = data.size();
     for (const auto& buffer : in.buffers) {
         EXPECT_EQ(in.driver.AddBuffer(in.handle, buffer->header), kMidiNoError);
     }
@@ -186,25 +186,14 @@ TEST_F(JackMidiDriverTest, ListsOtherClientsPortsByTheirJackNames)
     EXPECT_EQ(program->GetUnavailableReason(), "");
 }
 
-TEST_F(JackMidiDriverTest, SysexOf70000BytesCrossesWholeEitherWay)
+// 256-byte pieces both ways are the driver contract's; what only JACK does
+// is a buffer larger than a period's port buffer, sent over several periods.
+TEST_F(JackMidiDriverTest, ASysexLargerThanAPeriodHoldsCrossesWhole)
 {
     Endpoint deviceOut(*device);
-    Endpoint deviceIn(*device);
-    Endpoint programOut(*program);
     Endpoint programIn(*program);
     ASSERT_EQ(deviceOut.OpenVirtual(*device, MidiDirection::Output, "out"), kMidiNoError);
-    ASSERT_EQ(deviceIn.OpenVirtual(*device, MidiDirection::Input, "in"), kMidiNoError);
-    ASSERT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
     ASSERT_EQ(programIn.Open(MidiDirection::Input, "tarvix-device:out"), kMidiNoError);
-
-    // The program's way: 256-byte buffers out and in.
-    const Bytes dump = MakeSysex(70000, 1);
-    programOut.MakeBuffers(16, 256);
-    deviceIn.MakeBuffers(16, 256);
-    EXPECT_EQ(Transfer(programOut, deviceIn, dump), dump);
-
-    // The whole dump in one buffer: more than a period's port buffer holds,
-    // so it goes out over several periods.
     const Bytes answer = MakeSysex(70000, 2);
     deviceOut.MakeBuffers(1, 70000);
     programIn.MakeBuffers(16, 256);
@@ -243,18 +232,6 @@ TEST_F(JackMidiDriverTest, ResetTakesBackWhatWasNotSentAndTheNextMessageArrivesW
         },
         std::chrono::seconds(10)));
     EXPECT_LT(deviceIn.recorder.Received().size(), big.storage.size() + small.storage.size());
-}
-
-TEST_F(JackMidiDriverTest, KeepsOnlySysexOutOfWhateverArrives)
-{
-    Endpoint deviceOut(*device);
-    Endpoint programIn(*program);
-    ASSERT_EQ(deviceOut.OpenVirtual(*device, MidiDirection::Output, "out"), kMidiNoError);
-    ASSERT_EQ(programIn.Open(MidiDirection::Input, "tarvix-device:out"), kMidiNoError);
-    deviceOut.MakeBuffers(1, 16);
-    programIn.MakeBuffers(4, 16);
-    const Bytes garbage{0x90, 0x40, 0x7F, 0x05, 0xF7, 0xF0, 0x01, 0xF8, 0x02, 0xF7, 0x80, 0x40};
-    EXPECT_EQ(Transfer(deviceOut, programIn, garbage, 4), (Bytes{0xF0, 0x01, 0x02, 0xF7}));
 }
 
 TEST(JackMidiDriverServerStopTest, ASendCutByTheServerStoppingComesBackFailedNotSent)
