@@ -6,7 +6,9 @@
 #include "model/SysexDump.h"
 #include "support/FullMemory.h"
 #include "support/RandomDocument.h"
+#include "support/SeededDocuments.h"
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <random>
@@ -36,6 +38,9 @@ std::unique_ptr<ChildProcess> TransferTest::StartDevice(const Words& options)
 {
     Words words{"device"};
     words.insert(words.end(), options.begin(), options.end());
+    for (const std::string& option : GetParam().deviceOptions)
+        if (std::find(words.begin(), words.end(), option) == words.end())
+            words.push_back(option);
     auto device = StartCli(words, "device");
     EXPECT_TRUE(device->WaitForOutput("Listening on \"" + DeviceIn() + "\"", kShowLimit))
         << device->Describe();
@@ -63,14 +68,6 @@ const Bytes& CableTestDump()
         }
         return Bytes();
     }();
-    return dump;
-}
-
-Bytes BlankDump()
-{
-    Bytes dump;
-    std::string error;
-    EXPECT_TRUE(BuildDump(CMmt8Memory(), dump, error)) << error;
     return dump;
 }
 
@@ -137,7 +134,7 @@ TEST_P(TransferTest, ASendIsReceivedByteForByteByTheDevice)
 
 TEST_P(TransferTest, AnotherMakersSysexBeforeTheDumpIsListedAndSkipped)
 {
-    const Bytes dump = BlankDump();
+    const Bytes dump = DumpOf(CMmt8Memory());
     const auto device =
         StartDevice({"--memory", WriteFile("mixed.syx", Concat(kOtherMakers, dump))});
     const auto receive = StartReceive(DeviceOut(), "got.syx");
@@ -239,8 +236,8 @@ TEST_P(TransferTest, TheDeviceDisappearingMidSendEndsItWithAMessage)
 TEST_P(TransferTest, AReceiveGivesUpAtItsTimeout)
 {
     const auto device = StartDevice();
-    const Run receive =
-        RunCli({"receive", "--port", DeviceOut(), "-o", folder.File("got.syx"), "--timeout", "0.5"});
+    const Run receive = RunCli(
+        {"receive", "--port", DeviceOut(), "-o", folder.File("got.syx"), "--timeout", "0.5"});
 
     EXPECT_EQ(receive.exit.code, 1) << receive.description;
     EXPECT_NE(receive.err.find("No dump received within 0.5 seconds; nothing was written."),
@@ -257,7 +254,8 @@ TEST_P(TransferTest, PortsThatDoNotExistAreNamedInTheMessage)
     EXPECT_NE(receive.err.find("Can't open device \"" + nobody + "\", error: "), std::string::npos)
         << receive.err;
 
-    const Run send = RunCli({"send", WriteFile("blank.syx", BlankDump()), "--port", "nowhere"});
+    const Run send =
+        RunCli({"send", WriteFile("blank.syx", DumpOf(CMmt8Memory())), "--port", "nowhere"});
     EXPECT_EQ(send.exit.code, 1) << send.description;
     EXPECT_NE(send.err.find("Can't open device \"nowhere\", error: "), std::string::npos)
         << send.err;
@@ -277,7 +275,8 @@ TEST_P(TransferTest, AFileThatIsNotADumpIsNeverSent)
 
 TEST_P(TransferTest, TheDeviceRefusesAMemoryThatIsNotADump)
 {
-    const Run gap = RunCli({"device", "--memory", WriteFile("gap.syx", Concat(BlankDump(), {0}))});
+    const Run gap =
+        RunCli({"device", "--memory", WriteFile("gap.syx", Concat(DumpOf(CMmt8Memory()), {0}))});
     EXPECT_EQ(gap.exit.code, 1) << gap.description;
     EXPECT_EQ(gap.err, "Invalid SysEx format\n");
 

@@ -10,11 +10,13 @@
 namespace tarvix::testing {
 
 // A backend the simulated device and tarvix-cli meet on: its name as the
-// port names start ("JACK", "ALSA"), and what the programs need from the
-// test to find it (on failure it fails or skips the case).
+// port names start ("JACK", "ALSA"), what the programs need from the test
+// to find it (on failure it fails or skips the case), and options the
+// simulated device always takes there.
 struct E2eRig {
     std::string backend;
     std::function<void(std::vector<std::string>& environment)> prepare;
+    Words deviceOptions;
 };
 
 inline void PrintTo(const E2eRig& rig, std::ostream* os)

@@ -23,7 +23,7 @@ void UseTestServer(std::vector<std::string>& environment)
     environment.push_back("JACK_DEFAULT_SERVER=" + server->GetName());
 }
 
-INSTANTIATE_TEST_SUITE_P(Jack, TransferTest, ::testing::Values(E2eRig{"JACK", &UseTestServer}),
+INSTANTIATE_TEST_SUITE_P(Jack, TransferTest, ::testing::Values(E2eRig{"JACK", &UseTestServer, {}}),
                          &RigName);
 
 const std::string kDeviceOut = "JACK: tarvix-device:out";

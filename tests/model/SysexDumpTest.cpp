@@ -8,6 +8,7 @@
 #include "model/SysexPacking.h"
 #include "model/SysexParser.h"
 #include "support/RandomDocument.h"
+#include "support/SeededDocuments.h"
 #include "support/TempDir.h"
 
 #include <gmock/gmock.h>
@@ -25,6 +26,7 @@ namespace tarvix {
 namespace {
 
 using testing::DescribeDifference;
+using testing::DumpOf;
 using ::testing::HasSubstr;
 using Bytes = std::vector<std::uint8_t>;
 
@@ -40,14 +42,6 @@ Bytes Concat(Bytes first, const Bytes& second)
 {
     first.insert(first.end(), second.begin(), second.end());
     return first;
-}
-
-Bytes DumpOf(const CMmt8Memory& memory)
-{
-    Bytes dump;
-    std::string error;
-    EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
-    return dump;
 }
 
 CMmt8Memory Demo()

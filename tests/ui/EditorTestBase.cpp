@@ -5,9 +5,11 @@
 #include "ui/ListPane.h"
 #include "ui/TreePane.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QPushButton>
+#include <QTest>
 
 namespace tarvix::testing {
 
@@ -18,6 +20,22 @@ void EditorTest::StartEditor()
     m_app = std::make_unique<CApplication>(CSettingsKey::InFile(SettingsPath().toStdString()),
                                            std::move(ports));
     m_app->Start({});
+    ProcessEvents();
+}
+
+void EditorTest::StartOnSample()
+{
+    StartEditor();
+    FillSampleDocument(Memory());
+    Frame().RefreshViews();
+    ProcessEvents();
+}
+
+void EditorTest::Press(int key, Qt::KeyboardModifiers modifiers)
+{
+    QWidget* focused = QApplication::focusWidget();
+    ASSERT_NE(focused, nullptr);
+    QTest::keyClick(focused, static_cast<Qt::Key>(key), modifiers);
     ProcessEvents();
 }
 

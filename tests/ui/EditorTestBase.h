@@ -2,6 +2,8 @@
 
 #include "UiTestBase.h"
 
+#include <Qt>
+
 #include <functional>
 #include <initializer_list>
 
@@ -13,6 +15,10 @@ namespace tarvix::testing {
 class EditorTest : public UiTest {
 protected:
     void StartEditor();
+    // The editor on the sample document (FillSampleDocument), drawn.
+    void StartOnSample();
+    // Presses key on whatever has the focus, as a user would.
+    static void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     // Shows node in the list, makes the list the active pane and selects
     // exactly rows (in the order given).
     void SelectInList(Node node, std::initializer_list<int> rows);

@@ -20,12 +20,7 @@ namespace {
 
 class ExportCommandTest : public EditorTest {
 protected:
-    void SetUp() override
-    {
-        StartEditor();
-        FillSampleDocument(Memory());
-        Frame().RefreshViews();
-    }
+    void SetUp() override { StartOnSample(); }
 
     void SelectInTree(Node node)
     {

@@ -12,6 +12,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <ostream>
 
@@ -79,6 +80,8 @@ protected:
     bool IsEnabled(const char* objectName);
     // Runs the events queued, as the message loop would between inputs.
     static void ProcessEvents();
+    // Runs the event loop until the condition holds; false after a long while.
+    static bool WaitUntil(const std::function<bool()>& condition);
 
     // A .syx file of the document in the test's folder.
     QString WriteSyx(const char* name, const CMmt8Memory& memory);

@@ -43,12 +43,7 @@ Bytes DeviceBytes(const CMmt8Memory& memory)
 
 class UndoTest : public EditorTest {
 protected:
-    void SetUp() override
-    {
-        StartEditor();
-        FillSampleDocument(Memory());
-        Frame().RefreshViews();
-    }
+    void SetUp() override { StartOnSample(); }
 
     QString ActionText(const char* name)
     {

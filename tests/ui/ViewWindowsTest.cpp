@@ -54,15 +54,6 @@ protected:
         ProcessEvents();
     }
 
-    // Presses key on whatever has the focus, as a user would.
-    static void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        QWidget* focused = QApplication::focusWidget();
-        ASSERT_NE(focused, nullptr);
-        QTest::keyClick(focused, static_cast<Qt::Key>(key), modifiers);
-        ProcessEvents();
-    }
-
     CPianoRollWindow* OpenRollOfPart3()
     {
         Frame().Tree().SelectNode({NodeKind::Part, 3});
