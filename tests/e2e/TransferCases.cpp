@@ -4,6 +4,7 @@
 
 #include "model/Mmt8Memory.h"
 #include "model/SysexDump.h"
+#include "support/Bytes.h"
 #include "support/FullMemory.h"
 #include "support/RandomDocument.h"
 #include "support/SeededDocuments.h"
@@ -15,8 +16,6 @@
 #include <regex>
 
 namespace tarvix::testing {
-
-using Bytes = std::vector<std::uint8_t>;
 
 const Bytes& FullDump()
 {
@@ -69,12 +68,6 @@ const Bytes& CableTestDump()
         return Bytes();
     }();
     return dump;
-}
-
-Bytes Concat(Bytes first, const Bytes& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
 }
 
 TEST_P(TransferTest, PortsListsTheDevicesPortsLikeAnInterfaces)

@@ -7,6 +7,7 @@
 #include "model/Mmt8Memory.h"
 #include "model/SysexPacking.h"
 #include "model/SysexParser.h"
+#include "support/Bytes.h"
 #include "support/RandomDocument.h"
 #include "support/SeededDocuments.h"
 #include "support/TempDir.h"
@@ -25,10 +26,11 @@
 namespace tarvix {
 namespace {
 
+using testing::Bytes;
+using testing::Concat;
 using testing::DescribeDifference;
 using testing::DumpOf;
 using ::testing::HasSubstr;
-using Bytes = std::vector<std::uint8_t>;
 
 Bytes RandomBytes(std::mt19937& random, std::size_t count)
 {
@@ -36,12 +38,6 @@ Bytes RandomBytes(std::mt19937& random, std::size_t count)
     for (auto& byte : bytes)
         byte = static_cast<std::uint8_t>(random());
     return bytes;
-}
-
-Bytes Concat(Bytes first, const Bytes& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
 }
 
 CMmt8Memory Demo()

@@ -12,19 +12,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
+using testing::Eventually;
+
 // Generous: backends move bytes on threads of their own.
 constexpr auto kPatience = 20s;
-
-bool Eventually(const std::function<bool()>& condition)
-{
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline)
-            return false;
-        std::this_thread::sleep_for(1ms);
-    }
-    return true;
-}
 
 // One of the program's ports, with buffers that live as long as it does.
 class ProgramPort {

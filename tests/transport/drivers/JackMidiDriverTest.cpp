@@ -275,7 +275,7 @@ TEST(JackMidiDriverServerStopTest, ASendCutByTheServerStoppingComesBackFailedNot
 TEST(JackMidiDriverNoServerTest, ListsNoPortsAndSaysWhy)
 {
     const std::string server = "tarvix-absent-" + std::to_string(getpid());
-    testing::internal::CaptureStderr();
+    ::testing::internal::CaptureStderr();
     CJackMidiDriver driver("tarvix", server);
     EXPECT_EQ(driver.GetName(), "JACK");
     EXPECT_EQ(driver.GetNumDevs(MidiDirection::Input), 0u);
@@ -285,7 +285,7 @@ TEST(JackMidiDriverNoServerTest, ListsNoPortsAndSaysWhy)
     EXPECT_EQ(driver.OpenVirtual(MidiDirection::Output, "out", nullptr, nullptr, handle),
               kMidiNoDriver);
     EXPECT_EQ(driver.GetClientName(), "");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 
 } // namespace
