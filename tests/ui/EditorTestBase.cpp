@@ -39,7 +39,7 @@ void EditorTest::Press(int key, Qt::KeyboardModifiers modifiers)
     ProcessEvents();
 }
 
-void EditorTest::SelectInList(Node node, std::initializer_list<int> rows)
+void EditorTest::SelectInList(Node node, const std::vector<int>& rows)
 {
     Frame().Tree().SelectNode(node);
     Frame().SwitchPane(Pane::List);

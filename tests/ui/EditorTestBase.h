@@ -5,7 +5,7 @@
 #include <Qt>
 
 #include <functional>
-#include <initializer_list>
+#include <vector>
 
 class QDialog;
 
@@ -21,7 +21,7 @@ protected:
     static void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     // Shows node in the list, makes the list the active pane and selects
     // exactly rows (in the order given).
-    void SelectInList(Node node, std::initializer_list<int> rows);
+    void SelectInList(Node node, const std::vector<int>& rows);
     // Runs the next program dialog through answer, which gets it shown.
     void AnswerNextDialog(std::function<int(QDialog&)> answer);
 };

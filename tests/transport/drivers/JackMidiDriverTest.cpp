@@ -200,40 +200,6 @@ TEST_F(JackMidiDriverTest, ASysexLargerThanAPeriodHoldsCrossesWhole)
     EXPECT_EQ(Transfer(deviceOut, programIn, answer), answer);
 }
 
-TEST_F(JackMidiDriverTest, ResetTakesBackWhatWasNotSentAndTheNextMessageArrivesWhole)
-{
-    Endpoint deviceIn(*device);
-    Endpoint programOut(*program);
-    ASSERT_EQ(deviceIn.OpenVirtual(*device, MidiDirection::Input, "in"), kMidiNoError);
-    ASSERT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
-    deviceIn.MakeBuffers(64, 1024);
-    for (const auto& buffer : deviceIn.buffers) {
-        ASSERT_EQ(device->AddBuffer(deviceIn.handle, buffer->header), kMidiNoError);
-    }
-    ASSERT_EQ(device->Start(deviceIn.handle), kMidiNoError);
-
-    TestBuffer& big = programOut.Own(MakeSysex(300000));
-    ASSERT_EQ(program->PrepareHeader(programOut.handle, big.header), kMidiNoError);
-    ASSERT_EQ(program->LongMsg(programOut.handle, big.header), kMidiNoError);
-    EXPECT_EQ(program->Close(programOut.handle), kMidiStillPlaying);
-    ASSERT_EQ(program->Reset(programOut.handle), kMidiNoError);
-    const auto done = programOut.recorder.Calls(MidiCallbackMessage::BufferDone);
-    ASSERT_EQ(done.size(), 1u);
-    EXPECT_EQ(done[0].header, &big.header);
-    EXPECT_EQ(program->UnprepareHeader(programOut.handle, big.header), kMidiNoError);
-
-    TestBuffer& small = programOut.Own(Bytes{0xF0, 0x43, 0x10, 0x4C, 0x00, 0xF7});
-    ASSERT_EQ(program->PrepareHeader(programOut.handle, small.header), kMidiNoError);
-    ASSERT_EQ(program->LongMsg(programOut.handle, small.header), kMidiNoError);
-    ASSERT_TRUE(deviceIn.recorder.WaitFor(
-        [&](const MidiCallbackRecorder& recorder) {
-            const auto calls = recorder.Calls(MidiCallbackMessage::LongData);
-            return !calls.empty() && calls.back().bytes == small.storage;
-        },
-        std::chrono::seconds(10)));
-    EXPECT_LT(deviceIn.recorder.Received().size(), big.storage.size() + small.storage.size());
-}
-
 TEST(JackMidiDriverServerStopTest, ASendCutByTheServerStoppingComesBackFailedNotSent)
 {
     if (!test::JackServer::IsInstalled()) {
