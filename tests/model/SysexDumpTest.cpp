@@ -2,12 +2,12 @@
 
 #include "demo/DemoDocument.h"
 #include "io/ByteBuffer.h"
-#include "io/FileTestSupport.h"
 #include "model/DeviceImage.h"
 #include "model/Mmt8Memory.h"
 #include "model/SysexPacking.h"
 #include "model/SysexParser.h"
 #include "support/Bytes.h"
+#include "support/FileTestSupport.h"
 #include "support/RandomDocument.h"
 #include "support/SeededDocuments.h"
 #include "support/TempDir.h"

@@ -204,10 +204,7 @@ TEST_F(ListViewTest, ContextMenusFollowTheNodeKind)
         const std::unique_ptr<QMenu> menu = Frame().BuildContextMenu(Pane::List);
         ASSERT_NE(menu, nullptr);
         EXPECT_EQ(menu->objectName(), QString::fromLatin1(c.name));
-        QStringList texts;
-        for (QAction* action : menu->actions())
-            texts << action->text();
-        EXPECT_EQ(texts, c.texts) << c.name;
+        EXPECT_EQ(ActionTexts(*menu), c.texts) << c.name;
         EXPECT_TRUE(menu->actions().last()->isEnabled()) << c.name;
     }
     // An item runs its command in the list.

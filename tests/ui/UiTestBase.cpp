@@ -71,6 +71,14 @@ void UiTest::Start(const QStringList& arguments)
     ProcessEvents();
 }
 
+QStringList UiTest::ActionTexts(const QMenu& menu)
+{
+    QStringList texts;
+    for (const QAction* action : menu.actions())
+        texts << action->text();
+    return texts;
+}
+
 bool UiTest::WaitUntil(const std::function<bool()>& condition)
 {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);

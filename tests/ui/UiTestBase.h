@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QMenu>
 #include <QString>
 #include <QStringList>
 
@@ -80,6 +81,8 @@ protected:
     bool IsEnabled(const char* objectName);
     // Runs the events queued, as the message loop would between inputs.
     static void ProcessEvents();
+    // The texts of the menu's items, in order.
+    static QStringList ActionTexts(const QMenu& menu);
     // Runs the event loop until the condition holds; false after a long while.
     static bool WaitUntil(const std::function<bool()>& condition);
 

@@ -1,6 +1,6 @@
 #include "DriverContractTest.h"
 
-#include "../drivers/MidiCallbackRecorder.h"
+#include "support/MidiCallbackRecorder.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,7 +1,7 @@
 // What only the ALSA sequencer does: whose ports a client lists, and ports
 // that go with their client (bytes crossing it are the driver contract's).
 // Labelled alsa: scripts/alsa-vm.sh runs these in a VM that has a sequencer.
-#include "MidiCallbackRecorder.h"
+#include "support/MidiCallbackRecorder.h"
 
 #include "transport/drivers/alsa/AlsaMidiDriver.h"
 

@@ -5,8 +5,8 @@
 // period) and as one buffer (about 1.5 MB/s: a MIDI port buffer carries
 // about 32 KB a period, the rest goes in the following periods).
 
-#include "MidiCallbackRecorder.h"
 #include "support/JackServer.h"
+#include "support/MidiCallbackRecorder.h"
 
 #include "transport/drivers/jack/JackMidiDriver.h"
 

@@ -1,9 +1,9 @@
 #include "transport/transfer/DumpTransfer.h"
 
-#include "../ports/PortTestSupport.h"
 #include "ScriptedView.h"
 #include "model/Mmt8Memory.h"
 #include "model/SysexDump.h"
+#include "support/PortTestSupport.h"
 #include "support/SeededDocuments.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "transport/transfer/SysexTransfer.h"
 
-#include "../ports/PortTestSupport.h"
 #include "ScriptedView.h"
+#include "support/PortTestSupport.h"
 
 #include <gtest/gtest.h>
 

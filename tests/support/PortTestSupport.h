@@ -1,7 +1,7 @@
 #pragma once
 
-#include "FaultyMidiDriver.h"
 #include "support/Bytes.h"
+#include "support/FaultyMidiDriver.h"
 #include "transport/ports/MidiIn.h"
 #include "transport/ports/MidiOut.h"
 
