@@ -4,6 +4,7 @@
 
 #include "demo/DemoDocument.h"
 #include "model/Mmt8Memory.h"
+#include "model/TrackListing.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -157,37 +158,16 @@ TEST_F(CliDocumentTest, NumbersTakeALeadingZero)
     EXPECT_EQ(Printed({"tracks", m_path, "5"}), Printed({"tracks", m_path, "05"}));
 }
 
-TEST_F(CliDocumentTest, ListPrintsEveryKindOfEvent)
+// The listing is the track dump view's text (TrackListingTest) with LF line
+// ends, of the track the numbers name, as read from the file.
+TEST_F(CliDocumentTest, ListPrintsTheDumpOfTheTrackItNames)
 {
-    EXPECT_EQ(Printed({"list", m_path, "3", "4"}), "Time Ch Type Data\n"
-                                                   "----------------------------\n"
-                                                   "0000    SYSX 7E 7F 09\n"
-                                                   "        SYSX 01 80 80\n"
-                                                   "0060 04 PTCH 4000 0\n"
-                                                   "006C 04 PTCH 4400 1024\n"
-                                                   "0078 04 PTCH 4800 2048\n"
-                                                   "0084 04 PTCH 4C00 3072\n"
-                                                   "0090 04 PTCH 5000 4096\n"
-                                                   "009C 04 PTCH 5400 5120\n"
-                                                   "00A8 04 PTCH 5800 6144\n"
-                                                   "00B4 04 PTCH 5C00 7168\n"
-                                                   "00C0 04 PTCH 5FFF 8191\n"
-                                                   "     04 ATCH 5A\n"
-                                                   "     04 NOTE 48 7F 0060  C4\n");
-
-    const auto bass = Lines(Printed({"list", m_path, "1", "2"}));
-    ASSERT_EQ(bass.size(), 12u);
-    EXPECT_EQ(bass[2].substr(0, 18), "0000 01 PROG 21   ");
-    EXPECT_EQ(bass[3].substr(0, 21), "     01 CTRL 07 64   ");
-    EXPECT_EQ(bass[4], "     01 NOTE 28 60 002A  E1");
-}
-
-TEST_F(CliDocumentTest, ListOfAnEmptyTrackIsTheHeaderAlone)
-{
-    EXPECT_EQ(Printed({"list", m_path, "0", "8"}),
-              "Time Ch Type Data\n----------------------------\n");
-    EXPECT_EQ(Printed({"list", m_path, "99", "1"}),
-              "Time Ch Type Data\n----------------------------\n");
+    for (const auto& [part, track] : {std::pair{3, 4}, {1, 2}, {0, 8}, {99, 1}}) {
+        SCOPED_TRACE(std::to_string(part) + " " + std::to_string(track));
+        EXPECT_EQ(
+            Printed({"list", m_path, std::to_string(part), std::to_string(track)}),
+            ListTrack(m_demo.Part(part).tracks[static_cast<std::size_t>(track - 1)], LineEnds::Lf));
+    }
 }
 
 // Names come from the file, and a file may put any byte in them.
