@@ -2,9 +2,9 @@
 #include "ExportTestSupport.h"
 #include "support/MidiFileBuilders.h"
 
-#include "io/FileTestSupport.h"
 #include "midifile/MidiFileException.h"
 #include "midifile/MidiFileStream.h"
+#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
