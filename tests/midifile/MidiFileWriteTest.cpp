@@ -1,15 +1,10 @@
 // Writing, copying, splitting and the queries over a file in memory.
 #include "ExportTestSupport.h"
-#include "support/MidiFileBuilders.h"
 
-#include "midifile/MidiFileException.h"
 #include "midifile/MidiFileStream.h"
-#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
-
-#include <cerrno>
 
 namespace tarvix::testing {
 namespace {
