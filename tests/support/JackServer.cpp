@@ -1,8 +1,7 @@
 #include "support/JackServer.h"
 
 #include "support/ChildProcess.h"
-
-#include <jack/jack.h>
+#include "transport/drivers/jack/JackMidiDriver.h"
 
 #include <chrono>
 #include <csignal>
@@ -41,23 +40,13 @@ constexpr const char* kClientTimeoutMs = "200";
 // jackd unregisters itself on SIGTERM; killed, it would keep its place.
 constexpr auto kStopGrace = std::chrono::seconds(15);
 
-void Quiet(const char* /*message*/) {}
-
+// Through the driver, which opens its clients one at a time with the other
+// test processes' (see CJackClientOpenLock), and quietly.
 bool CanConnect(const std::string& name)
 {
-    jack_set_error_function(&Quiet);
-    jack_set_info_function(&Quiet);
-    jack_status_t status{};
-    jack_client_t* client = jack_client_open(
-        "tarvix-probe", static_cast<jack_options_t>(JackNoStartServer | JackServerName), &status,
-        name.c_str());
-    jack_set_error_function(nullptr);
-    jack_set_info_function(nullptr);
-    if (client == nullptr) {
-        return false;
-    }
-    jack_client_close(client);
-    return true;
+    CJackMidiDriver probe("tarvix-probe", name);
+    probe.GetNumDevs(MidiDirection::Input);
+    return !probe.GetClientName().empty();
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "transport/drivers/jack/JackMidiDriver.h"
 
+#include "transport/drivers/jack/JackClientOpenLock.h"
 #include "transport/drivers/jack/JackRealtimePort.h"
 
 #include <jack/jack.h>
@@ -116,8 +117,12 @@ bool CJackMidiDriver::OpenClient()
         options |= JackServerName;
     }
     jack_status_t status{};
-    jack_client_t* client = jack_client_open(
-        m_clientName.c_str(), static_cast<jack_options_t>(options), &status, m_serverName.c_str());
+    jack_client_t* client = nullptr;
+    {
+        const CJackClientOpenLock openLock;
+        client = jack_client_open(m_clientName.c_str(), static_cast<jack_options_t>(options),
+                                  &status, m_serverName.c_str());
+    }
     jack_set_error_function(nullptr);
     jack_set_info_function(nullptr);
     if (client == nullptr) {
