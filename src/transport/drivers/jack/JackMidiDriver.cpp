@@ -24,8 +24,25 @@ constexpr std::size_t kOutputRingBytes = 64 * 1024;
 // The thread also looks without being woken, for a server that went away.
 constexpr long kIdleWakeNanoseconds = 100'000'000;
 constexpr auto kCycleWaitLimit = std::chrono::seconds(2);
+// A server in sync mode waits for a late client up to ten times its
+// timeout each cycle; a few such cycles may pass before a new client's.
+constexpr auto kFirstCycleWaitLimit = std::chrono::seconds(20);
 
 void QuietJackMessage(const char* /*message*/) {}
+
+// Polls, for the process callback's counters: false if the time is up.
+template <typename Condition>
+bool WaitUntil(Condition condition, std::chrono::steady_clock::duration limit)
+{
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
 
 std::size_t Slot(MidiDirection direction)
 {
@@ -134,9 +151,21 @@ bool CJackMidiDriver::OpenClient()
     }
     jack_set_process_callback(client, &CJackMidiDriver::ProcessCallback, this);
     jack_on_shutdown(client, &CJackMidiDriver::ShutdownCallback, this);
+    const std::uint64_t cyclesBefore = m_cyclesStarted.load();
     if (jack_activate(client) != 0) {
         jack_client_close(client);
         m_unavailableReason = "The JACK server would not run the client.";
+        return false;
+    }
+    // jack_activate may return before the server's graph holds the client
+    // (jackd2 then waits for a cycle that had begun already). A client
+    // closed in that while is never taken out of the graph, and a server
+    // in sync mode waits for it every cycle from then on. Once our callback
+    // has run, the graph holds us; this is also when our ports can work.
+    if (!WaitUntil([&] { return m_cyclesStarted.load() != cyclesBefore || m_serverGone; },
+                   kFirstCycleWaitLimit)) {
+        jack_client_close(client);
+        m_unavailableReason = "The JACK server does not run its clients.";
         return false;
     }
     m_client = client;
@@ -291,11 +320,7 @@ void CJackMidiDriver::Unpublish(std::size_t slot)
     // A cycle that began before the store may still use the port; wait
     // until every cycle begun by now has ended.
     const std::uint64_t begun = m_cyclesStarted.load();
-    const auto deadline = std::chrono::steady_clock::now() + kCycleWaitLimit;
-    while (m_cyclesEnded.load() < begun && !m_serverGone &&
-           std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    WaitUntil([&] { return m_cyclesEnded.load() >= begun || m_serverGone; }, kCycleWaitLimit);
 }
 
 void CJackMidiDriver::ClosePort(BufferedMidiPort& closed)
