@@ -1,7 +1,9 @@
 #include "support/JackServer.h"
 
 #include "support/ChildProcess.h"
-#include "transport/drivers/jack/JackMidiDriver.h"
+#include "transport/drivers/jack/JackSharedFilesLock.h"
+
+#include <jack/jack.h>
 
 #include <chrono>
 #include <csignal>
@@ -40,13 +42,25 @@ constexpr const char* kClientTimeoutMs = "200";
 // jackd unregisters itself on SIGTERM; killed, it would keep its place.
 constexpr auto kStopGrace = std::chrono::seconds(15);
 
-// Through the driver, which opens its clients one at a time with the other
-// test processes' (see CJackClientOpenLock), and quietly.
+void Quiet(const char* /*message*/) {}
+
+// A client that is not activated, so that it leaves the server as it came;
+// the caller holds the shared files' lock.
 bool CanConnect(const std::string& name)
 {
-    CJackMidiDriver probe("tarvix-probe", name);
-    probe.GetNumDevs(MidiDirection::Input);
-    return !probe.GetClientName().empty();
+    jack_set_error_function(&Quiet);
+    jack_set_info_function(&Quiet);
+    jack_status_t status{};
+    jack_client_t* client = jack_client_open(
+        "tarvix-probe", static_cast<jack_options_t>(JackNoStartServer | JackServerName), &status,
+        name.c_str());
+    jack_set_error_function(nullptr);
+    jack_set_info_function(nullptr);
+    if (client == nullptr) {
+        return false;
+    }
+    jack_client_close(client);
+    return true;
 }
 
 } // namespace
@@ -113,6 +127,21 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
         error = "every name is taken by another test's server";
         return false;
     }
+    bool up = false;
+    {
+        // jackd creates files that every server and client shares as it
+        // starts; no other test's client or server may touch them meanwhile.
+        const CJackSharedFilesLock lock;
+        up = Launch(jackd, name, error);
+    }
+    if (!up) {
+        Stop();
+    }
+    return up;
+}
+
+bool JackServer::Launch(const std::string& jackd, const std::string& name, std::string& error)
+{
     testing::ChildProcess::Options options;
     options.inputPipe = false;
     options.deathSignal = SIGTERM;
@@ -130,7 +159,6 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
             {jackd, "--no-realtime", "-S", "-t", kClientTimeoutMs, "-n", name, "-d", "dummy"},
             options)) {
         error = "cannot start jackd";
-        ReleaseName();
         return false;
     }
     m_name = name;
@@ -138,7 +166,6 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
     while (std::chrono::steady_clock::now() < deadline) {
         if (HasExited()) {
             error = "jackd exited at start-up (JACK's registry full?)";
-            Stop();
             return false;
         }
         if (CanConnect(name)) {
@@ -147,7 +174,6 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     error = "jackd did not come up within 15 s";
-    Stop();
     return false;
 }
 
@@ -159,6 +185,8 @@ bool JackServer::HasExited()
 void JackServer::Stop()
 {
     if (m_jackd) {
+        // jackd removes files every server and client shares as it stops.
+        const CJackSharedFilesLock lock;
         m_jackd->Stop(kStopGrace);
         m_jackd.reset();
     }

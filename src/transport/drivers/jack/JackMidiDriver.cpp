@@ -1,7 +1,7 @@
 #include "transport/drivers/jack/JackMidiDriver.h"
 
-#include "transport/drivers/jack/JackClientOpenLock.h"
 #include "transport/drivers/jack/JackRealtimePort.h"
+#include "transport/drivers/jack/JackSharedFilesLock.h"
 
 #include <jack/jack.h>
 #include <jack/midiport.h>
@@ -44,6 +44,13 @@ bool WaitUntil(Condition condition, std::chrono::steady_clock::duration limit)
     return true;
 }
 
+// The last client of a process closes libjack's shared files.
+void CloseClient(jack_client_t* client)
+{
+    const CJackSharedFilesLock lock;
+    jack_client_close(client);
+}
+
 std::size_t Slot(MidiDirection direction)
 {
     return direction == MidiDirection::Input ? 0 : 1;
@@ -82,7 +89,7 @@ CJackMidiDriver::~CJackMidiDriver()
         m_thread.join();
     }
     if (m_client != nullptr) {
-        jack_client_close(m_client); // no process callback runs after this
+        CloseClient(m_client); // no process callback runs after this
     }
     sem_destroy(&m_wake);
 }
@@ -121,7 +128,7 @@ bool CJackMidiDriver::OpenClient()
             m_unavailableReason = "The JACK server has shut down.";
             return false;
         }
-        jack_client_close(m_client);
+        CloseClient(m_client);
         m_client = nullptr;
         m_serverGone = false;
     }
@@ -136,7 +143,7 @@ bool CJackMidiDriver::OpenClient()
     jack_status_t status{};
     jack_client_t* client = nullptr;
     {
-        const CJackClientOpenLock openLock;
+        const CJackSharedFilesLock lock;
         client = jack_client_open(m_clientName.c_str(), static_cast<jack_options_t>(options),
                                   &status, m_serverName.c_str());
     }
@@ -153,7 +160,7 @@ bool CJackMidiDriver::OpenClient()
     jack_on_shutdown(client, &CJackMidiDriver::ShutdownCallback, this);
     const std::uint64_t cyclesBefore = m_cyclesStarted.load();
     if (jack_activate(client) != 0) {
-        jack_client_close(client);
+        CloseClient(client);
         m_unavailableReason = "The JACK server would not run the client.";
         return false;
     }
@@ -164,7 +171,7 @@ bool CJackMidiDriver::OpenClient()
     // has run, the graph holds us; this is also when our ports can work.
     if (!WaitUntil([&] { return m_cyclesStarted.load() != cyclesBefore || m_serverGone; },
                    kFirstCycleWaitLimit)) {
-        jack_client_close(client);
+        CloseClient(client);
         m_unavailableReason = "The JACK server does not run its clients.";
         return false;
     }

@@ -1,4 +1,4 @@
-#include "transport/drivers/jack/JackClientOpenLock.h"
+#include "transport/drivers/jack/JackSharedFilesLock.h"
 
 #include <chrono>
 #include <fcntl.h>
@@ -11,24 +11,24 @@ namespace tarvix {
 
 namespace {
 
-// Beside the sockets it guards, one per user as they are.
+// Beside the files it guards, one per user as they are.
 std::string LockPath()
 {
-    return "/dev/shm/tarvix-jack-client-open-" + std::to_string(::getuid()) + ".lock";
+    return "/dev/shm/tarvix-jack-shared-files-" + std::to_string(::getuid()) + ".lock";
 }
 
-// An open takes a few milliseconds, and up to a few seconds on a machine
-// that is heavily loaded.
+// A client opens in a few milliseconds and a server stops in well under
+// a second; both take a few seconds on a machine that is heavily loaded.
 constexpr auto kWaitLimit = std::chrono::seconds(30);
 constexpr auto kPoll = std::chrono::milliseconds(2);
 
 } // namespace
 
-CJackClientOpenLock::CJackClientOpenLock()
+CJackSharedFilesLock::CJackSharedFilesLock()
 {
     const int fd = ::open(LockPath().c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
     if (fd < 0) {
-        return; // no /dev/shm: nor are libjack's sockets there
+        return; // no /dev/shm: nor are libjack's files there
     }
     const auto deadline = std::chrono::steady_clock::now() + kWaitLimit;
     while (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
@@ -41,7 +41,7 @@ CJackClientOpenLock::CJackClientOpenLock()
     m_fd = fd;
 }
 
-CJackClientOpenLock::~CJackClientOpenLock()
+CJackSharedFilesLock::~CJackSharedFilesLock()
 {
     if (m_fd >= 0) {
         ::close(m_fd); // drops the lock
