@@ -193,7 +193,7 @@ TEST_F(JackMidiDriverTest, ListsOtherClientsPortsByTheirJackNames)
 // wait for it every cycle and start no other client.
 TEST_F(JackMidiDriverTest, ClientsClosedAsSoonAsTheyOpenedLeaveTheServerRunning)
 {
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 10; ++i) {
         CJackMidiDriver lister("tarvix-lister", s_server->GetName());
         lister.GetNumDevs(MidiDirection::Input);
         ASSERT_EQ(lister.GetUnavailableReason(), "");

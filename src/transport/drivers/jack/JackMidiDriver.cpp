@@ -158,21 +158,17 @@ bool CJackMidiDriver::OpenClient()
     }
     jack_set_process_callback(client, &CJackMidiDriver::ProcessCallback, this);
     jack_on_shutdown(client, &CJackMidiDriver::ShutdownCallback, this);
-    const std::uint64_t cyclesBefore = m_cyclesStarted.load();
-    if (jack_activate(client) != 0) {
-        CloseClient(client);
-        m_unavailableReason = "The JACK server would not run the client.";
-        return false;
-    }
     // jack_activate may return before the server's graph holds the client
     // (jackd2 then waits for a cycle that had begun already). A client
     // closed in that while is never taken out of the graph, and a server
     // in sync mode waits for it every cycle from then on. Once our callback
     // has run, the graph holds us; this is also when our ports can work.
-    if (!WaitUntil([&] { return m_cyclesStarted.load() != cyclesBefore || m_serverGone; },
+    const std::uint64_t cyclesBefore = m_cyclesStarted.load();
+    if (jack_activate(client) != 0 ||
+        !WaitUntil([&] { return m_cyclesStarted.load() != cyclesBefore || m_serverGone; },
                    kFirstCycleWaitLimit)) {
         CloseClient(client);
-        m_unavailableReason = "The JACK server does not run its clients.";
+        m_unavailableReason = "The JACK server would not run the client.";
         return false;
     }
     m_client = client;
