@@ -427,6 +427,15 @@ bool CJackMidiDriver::IsLinked(JackPort& port)
         port.m_linkSeen = true;
         return true;
     }
+    if (port.m_linkSeen && jack_port_by_name(m_client, port.m_remote.c_str()) != nullptr) {
+        // A client that dies loses its connections a cycle or more before
+        // its ports, both in the one request that removes it, and the
+        // server's single request thread answers this request of ours only
+        // once that one is done: a port still there then had the connection
+        // alone removed. (A client that closes itself asks for the two in
+        // turn, so its close can still read as a removed connection.)
+        jack_free(jack_get_uuid_for_client_name(m_client, jack_get_client_name(m_client)));
+    }
     if (jack_port_by_name(m_client, port.m_remote.c_str()) == nullptr) {
         m_ports.Fail(port, "The port it was connected to is gone.");
     } else if (port.m_linkSeen) {
