@@ -76,11 +76,6 @@ CSettingsKey::CSettingsKey(const std::string& vendor, const std::string& program
     const CRegistryKey created(m_keyPath);
 }
 
-CSettingsKey CSettingsKey::ForProgram()
-{
-    return CSettingsKey(kVendorName, kProgramName);
-}
-
 // A store of its own for each file path, beside the program's key: tests
 // and tools that must leave the user's settings alone get a key that
 // nothing else uses.
@@ -96,48 +91,36 @@ CSettingsKey CSettingsKey::InFile(const std::string& path)
     return key;
 }
 
-SettingsStatus CSettingsKey::ReadDwordValue(const std::string& name, std::uint32_t& value,
-                                            std::uint32_t defaultValue,
-                                            const std::string& subKey) const
-{
-    value = defaultValue;
-    SettingsStatus status = kSettingsSuccess;
-    {
-        const CRegistryKey key(Below(m_keyPath, subKey));
-        if (key.Status() != kSettingsSuccess)
-            return key.Status();
-        // Any type that fits four bytes is taken as it is, as ever.
-        DWORD data = defaultValue;
-        DWORD size = sizeof data;
-        status = key.Query(name, nullptr, &data, &size);
-        if (status == kSettingsSuccess) {
-            value = data;
-            return kSettingsSuccess;
-        }
-    }
-    // Absent or too large: the default goes into the store, deliberately.
-    return WriteDwordValue(name, defaultValue, subKey);
-}
-
-SettingsStatus CSettingsKey::ReadStringValue(const std::string& name, std::string& value,
-                                             const std::string& defaultValue,
+SettingsStatus CSettingsKey::QueryDwordValue(const std::string& name, std::uint32_t& value,
                                              const std::string& subKey) const
 {
-    value = defaultValue;
-    {
-        const CRegistryKey key(Below(m_keyPath, subKey));
-        if (key.Status() != kSettingsSuccess)
-            return key.Status();
-        std::array<wchar_t, kStringCharacters + 1> text{};
-        DWORD size = kStringCharacters * sizeof(wchar_t);
-        if (key.Query(name, nullptr, text.data(), &size) == kSettingsSuccess) {
-            // The stored bytes need not end with a zero; the buffer has one
-            // more character than the query may fill.
-            value = platform::NarrowText(std::wstring_view(text.data()));
-            return kSettingsSuccess;
-        }
-    }
-    return WriteStringValue(name, defaultValue, subKey);
+    const CRegistryKey key(Below(m_keyPath, subKey));
+    if (key.Status() != kSettingsSuccess)
+        return key.Status();
+    // Any type that fits four bytes is taken as it is, as ever: a shorter
+    // one over the low bytes of what value holds (the default).
+    DWORD data = value;
+    DWORD size = sizeof data;
+    if (key.Query(name, nullptr, &data, &size) != kSettingsSuccess)
+        return kSettingsWrongValue; // absent or too large
+    value = data;
+    return kSettingsSuccess;
+}
+
+SettingsStatus CSettingsKey::QueryStringValue(const std::string& name, std::string& value,
+                                              const std::string& subKey) const
+{
+    const CRegistryKey key(Below(m_keyPath, subKey));
+    if (key.Status() != kSettingsSuccess)
+        return key.Status();
+    std::array<wchar_t, kStringCharacters + 1> text{};
+    DWORD size = kStringCharacters * sizeof(wchar_t);
+    if (key.Query(name, nullptr, text.data(), &size) != kSettingsSuccess)
+        return kSettingsWrongValue;
+    // The stored bytes need not end with a zero; the buffer has one more
+    // character than the query may fill.
+    value = platform::NarrowText(std::wstring_view(text.data()));
+    return kSettingsSuccess;
 }
 
 SettingsStatus CSettingsKey::ReadBinaryValue(const std::string& name, std::span<std::uint8_t> bytes,

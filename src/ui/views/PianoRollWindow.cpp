@@ -1,6 +1,7 @@
 #include "ui/views/PianoRollWindow.h"
 
 #include "model/Mmt8Memory.h"
+#include "ui/DeviceText.h"
 #include "ui/views/PianoRollView.h"
 
 #include <QCheckBox>
@@ -24,10 +25,6 @@ QIcon Swatch(const QColor& colour)
     return QIcon(pixmap);
 }
 
-QString FromDevice(const std::string& text)
-{
-    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
 } // namespace
 
 CPianoRollWindow::CPianoRollWindow(const CMmt8Memory& memory, int part, QWidget* parent)
@@ -86,8 +83,9 @@ void CPianoRollWindow::Refresh()
 void CPianoRollWindow::UpdateTexts()
 {
     const CMmt8Part& part = m_memory.Part(m_part);
-    setWindowTitle(
-        tr("Piano roll - %1  %2").arg(m_part, 2, 10, QLatin1Char('0')).arg(FromDevice(part.name)));
+    setWindowTitle(tr("Piano roll - %1  %2")
+                       .arg(m_part, 2, 10, QLatin1Char('0'))
+                       .arg(FromDeviceText(part.name)));
     const CPianoRollModel& model = m_view->Model();
     for (int track = 0; track < kTracksPerPart; ++track) {
         QCheckBox* box = m_boxes[static_cast<std::size_t>(track)];

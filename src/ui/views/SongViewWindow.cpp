@@ -1,6 +1,7 @@
 #include "ui/views/SongViewWindow.h"
 
 #include "model/Mmt8Memory.h"
+#include "ui/DeviceText.h"
 #include "ui/views/SongView.h"
 
 #include <QKeyEvent>
@@ -36,7 +37,7 @@ void CSongViewWindow::Refresh()
     const std::string& name = m_memory.Song(m_song).name;
     setWindowTitle(tr("Song arrangement - %1  %2")
                        .arg(m_song, 2, 10, QLatin1Char('0'))
-                       .arg(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()))));
+                       .arg(FromDeviceText(name)));
     const CSongViewModel& model = m_view->Model();
     const auto seconds = static_cast<long>(std::lround(model.Seconds()));
     m_summary->setText(
