@@ -52,6 +52,15 @@ private:
 // A channel message, 0x80-0xEF. The channel is the status byte's low nibble.
 class CMidiChannelEvent final : public CMidiEvent {
 public:
+    // The message kinds: the status byte's high nibble.
+    static constexpr std::uint8_t kNoteOff = 0x80;
+    static constexpr std::uint8_t kNoteOn = 0x90;
+    static constexpr std::uint8_t kPolyAftertouch = 0xA0;
+    static constexpr std::uint8_t kControlChange = 0xB0;
+    static constexpr std::uint8_t kProgramChange = 0xC0;
+    static constexpr std::uint8_t kChannelAftertouch = 0xD0;
+    static constexpr std::uint8_t kPitchBend = 0xE0;
+
     CMidiChannelEvent(std::uint32_t deltaTime, std::uint8_t status);
     CMidiChannelEvent(const CMidiChannelEvent&) = default;
 
@@ -108,8 +117,11 @@ class CMidiMetaEvent final : public CMidiEvent {
 public:
     static constexpr std::uint8_t kTypeText = 0x01;
     static constexpr std::uint8_t kTypeTrackName = 0x03;
+    static constexpr std::uint8_t kTypeMarker = 0x06;
+    static constexpr std::uint8_t kTypeChannelPrefix = 0x20;
     static constexpr std::uint8_t kTypeEndOfTrack = 0x2F;
     static constexpr std::uint8_t kTypeTempo = 0x51;
+    static constexpr std::uint8_t kTypeTimeSignature = 0x58;
 
     CMidiMetaEvent(std::uint32_t deltaTime, std::uint8_t status);
     CMidiMetaEvent(const CMidiMetaEvent&) = default;
