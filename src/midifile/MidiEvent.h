@@ -53,13 +53,15 @@ private:
 class CMidiChannelEvent final : public CMidiEvent {
 public:
     // The message kinds: the status byte's high nibble.
-    static constexpr std::uint8_t kNoteOff = 0x80;
-    static constexpr std::uint8_t kNoteOn = 0x90;
-    static constexpr std::uint8_t kPolyAftertouch = 0xA0;
-    static constexpr std::uint8_t kControlChange = 0xB0;
-    static constexpr std::uint8_t kProgramChange = 0xC0;
-    static constexpr std::uint8_t kChannelAftertouch = 0xD0;
-    static constexpr std::uint8_t kPitchBend = 0xE0;
+    enum Kind : std::uint8_t {
+        kNoteOff = 0x80,
+        kNoteOn = 0x90,
+        kPolyAftertouch = 0xA0,
+        kControlChange = 0xB0,
+        kProgramChange = 0xC0,
+        kChannelAftertouch = 0xD0,
+        kPitchBend = 0xE0,
+    };
 
     CMidiChannelEvent(std::uint32_t deltaTime, std::uint8_t status);
     CMidiChannelEvent(const CMidiChannelEvent&) = default;

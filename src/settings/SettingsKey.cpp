@@ -90,16 +90,9 @@ SettingsStatus StatusOf(const QSettings& store)
 
 } // namespace
 
-CSettingsKey::CSettingsKey(const std::string& vendor, const std::string& program)
-    : m_keyPath("Software"), m_vendor(vendor), m_program(program)
-{
-    if (!vendor.empty())
-        m_keyPath += "\\" + vendor;
-    if (!program.empty())
-        m_keyPath += "\\" + program;
-    // The registry version creates the key here; a QSettings store comes
-    // into being with its first value, which the first load writes anyway.
-}
+// A QSettings store comes into being with its first value, which the first
+// load writes anyway.
+void CSettingsKey::CreateKey() const {}
 
 CSettingsKey CSettingsKey::InFile(const std::string& path)
 {

@@ -76,6 +76,8 @@ public:
 
 private:
     CSettingsKey() = default;
+    // Makes sure the key exists in the store, even before a value is written.
+    void CreateKey() const;
     // The store's own reads, which the Read functions above build on: the
     // value on success, kSettingsWrongValue when it is absent or unreadable
     // (value then left alone), or the store's error.

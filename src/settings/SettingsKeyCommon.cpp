@@ -3,6 +3,17 @@
 
 namespace tarvix {
 
+CSettingsKey::CSettingsKey(const std::string& vendor, const std::string& program)
+    : m_keyPath("Software"), m_vendor(vendor), m_program(program)
+{
+    if (!vendor.empty())
+        m_keyPath += "\\" + vendor;
+    if (!program.empty())
+        m_keyPath += "\\" + program;
+    // The key exists from the first start on.
+    CreateKey();
+}
+
 CSettingsKey CSettingsKey::ForProgram()
 {
     return CSettingsKey(kVendorName, kProgramName);

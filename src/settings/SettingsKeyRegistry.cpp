@@ -65,14 +65,8 @@ std::string Below(const std::string& path, const std::string& subKey)
 
 } // namespace
 
-CSettingsKey::CSettingsKey(const std::string& vendor, const std::string& program)
-    : m_keyPath("Software"), m_vendor(vendor), m_program(program)
+void CSettingsKey::CreateKey() const
 {
-    if (!vendor.empty())
-        m_keyPath += "\\" + vendor;
-    if (!program.empty())
-        m_keyPath += "\\" + program;
-    // The key exists from the first start on, even before a value is written.
     const CRegistryKey created(m_keyPath);
 }
 
@@ -87,7 +81,7 @@ CSettingsKey CSettingsKey::InFile(const std::string& path)
     std::replace(name.begin(), name.end(), '\\', '/');
     key.m_keyPath =
         std::string("Software\\") + kVendorName + "\\" + kProgramName + " stores\\" + name;
-    const CRegistryKey created(key.m_keyPath);
+    key.CreateKey();
     return key;
 }
 
