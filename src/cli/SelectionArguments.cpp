@@ -50,16 +50,17 @@ bool ParseSteps(const std::string& text, MidiSelection& selection, std::string& 
 
 std::vector<OptionSpec> WithSelectionOptions(std::vector<OptionSpec> options)
 {
-    options.insert(options.end(), {
-        {"--part", true, "SELECTION: one part, 0-99"},
-        {"--tracks", true, "with --part: some of its tracks, 1-8 (3,6)"},
-        {"--parts", true, "SELECTION: parts (3,5,9)"},
-        {"--all-parts", false, "SELECTION: every part"},
-        {"--song", true, "SELECTION: one song, 0-99"},
-        {"--songs", true, "SELECTION: songs (1,4)"},
-        {"--all-songs", false, "SELECTION: every song"},
-        {"--steps", true, "SELECTION: steps of a song, from 1 (SONG:1,2)"},
-    });
+    options.insert(options.end(),
+                   {
+                       {"--part", true, "SELECTION: one part, 0-99"},
+                       {"--tracks", true, "with --part: some of its tracks, 1-8 (3,6)"},
+                       {"--parts", true, "SELECTION: parts (3,5,9)"},
+                       {"--all-parts", false, "SELECTION: every part"},
+                       {"--song", true, "SELECTION: one song, 0-99"},
+                       {"--songs", true, "SELECTION: songs (1,4)"},
+                       {"--all-songs", false, "SELECTION: every song"},
+                       {"--steps", true, "SELECTION: steps of a song, from 1 (SONG:1,2)"},
+                   });
     return options;
 }
 
