@@ -1,6 +1,7 @@
 # cmake -P script: runs document commands of a cross-built tarvix-cli (through
 # EMULATOR) and of the native one on the demo dump, and fails unless both
-# print the same bytes and exit the same way.
+# print the same bytes and exit the same way, for file names outside ASCII
+# too, and write the same file.
 include(${CMAKE_CURRENT_LIST_DIR}/CrossCli.cmake)
 # A file name with a space and letters outside ASCII, which the Windows
 # program must get from its command line and open as it is.
