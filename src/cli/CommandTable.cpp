@@ -20,12 +20,10 @@ const std::vector<std::unique_ptr<ICliCommand>>& AllCommands()
         all.push_back(MakeDumpCommand());
         all.push_back(MakeImportCommand());
         all.push_back(MakeExportCommand());
-#ifdef TARVIX_CLI_DEVICE_COMMANDS
         all.push_back(MakePortsCommand());
         all.push_back(MakeReceiveCommand());
         all.push_back(MakeSendCommand());
         all.push_back(MakeDeviceCommand());
-#endif
         return all;
     }();
     return commands;

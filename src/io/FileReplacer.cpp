@@ -99,7 +99,49 @@ bool WriteInPlace(const std::string& target, const std::string& path, const void
     return false;
 }
 
+// How a write to target begins: with a new file beside it, left open in
+// file; or, when the folder takes no new file but target is there, in place
+// (file stays closed). False, with the message, when neither is possible.
+bool StartWrite(const std::string& target, const std::string& path, CFileStream& file,
+                std::string& error)
+{
+    // A folder is refused before anything is made beside it.
+    if (platform::IsFolder(target)) {
+        file.SetError(platform::kErrorIsFolder);
+        error = file.FormatError(file_messages::kWrite, path);
+        return false;
+    }
+    if (CreateTemporaryFile(target, file, error))
+        return true;
+    if (platform::IsFolderRefusal(file.GetLastError()) && platform::FileExists(target))
+        return true;
+    error = file.FormatError(file_messages::kWrite, path);
+    return false;
+}
+
 } // namespace
+
+bool CanWriteFileReplacing(const std::string& path, std::string& error)
+{
+    const std::string target = platform::ResolveFinalPath(path);
+    CFileStream file;
+    if (!StartWrite(target, path, file, error))
+        return false;
+    if (file.IsOpen()) {
+        const std::string temporary = file.GetFileName();
+        file.Close();
+        platform::RemoveFile(temporary);
+        return true;
+    }
+    // In place: the file itself must take the bytes.
+    if (!file.Open(target, error, platform::FileAccess::ReadWrite, platform::FileShare::ReadWrite,
+                   platform::FileDisposition::OpenExisting)) {
+        error = file.FormatError(file_messages::kWrite, path);
+        return false;
+    }
+    file.Close();
+    return true;
+}
 
 // Every message names the file the user asked for, not the temporary one
 // they never chose nor the file a link of theirs points to.
@@ -108,12 +150,10 @@ bool WriteFileReplacing(const std::string& path, const void* bytes, std::uint32_
 {
     const std::string target = platform::ResolveFinalPath(path);
     CFileStream file;
-    if (!CreateTemporaryFile(target, file, error)) {
-        if (platform::IsFolderRefusal(file.GetLastError()) && platform::FileExists(target))
-            return WriteInPlace(target, path, bytes, count, error);
-        error = file.FormatError(file_messages::kWrite, path);
+    if (!StartWrite(target, path, file, error))
         return false;
-    }
+    if (!file.IsOpen())
+        return WriteInPlace(target, path, bytes, count, error);
 
     const std::string temporary = file.GetFileName();
     platform::CopyFileAttributes(target, file.GetHandle());

@@ -86,5 +86,9 @@ private:
 // temporary file is left, and error names path with the system's text.
 bool WriteFileReplacing(const std::string& path, const void* bytes, std::uint32_t count,
                         std::string& error);
+// Whether WriteFileReplacing(path, ...) would get its bytes in, found out
+// without touching the file: what it would make beside the file is made and
+// removed again. On failure error is the message the write would give.
+bool CanWriteFileReplacing(const std::string& path, std::string& error);
 
 } // namespace tarvix

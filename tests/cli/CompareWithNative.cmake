@@ -1,22 +1,17 @@
 # cmake -P script: runs document commands of a cross-built tarvix-cli (through
 # EMULATOR) and of the native one on the demo dump, and fails unless both
-# print the same bytes and exit the same way.
-foreach(tool NATIVE_CLI NATIVE_MAKE_DEMO)
-    if(NOT EXISTS "${${tool}}")
-        message(FATAL_ERROR "${${tool}} is missing: build the native tarvix-cli and tarvix-make-demo first")
-    endif()
-endforeach()
-file(MAKE_DIRECTORY "${WORK}")
-set(demo "${WORK}/demo.syx")
-execute_process(COMMAND "${NATIVE_MAKE_DEMO}" "${demo}" RESULT_VARIABLE made)
-if(NOT made EQUAL 0)
-    message(FATAL_ERROR "tarvix-make-demo failed: ${made}")
-endif()
+# print the same bytes and exit the same way, for file names outside ASCII
+# too, and write the same file.
+include(${CMAKE_CURRENT_LIST_DIR}/CrossCli.cmake)
+# A file name with a space and letters outside ASCII, which the Windows
+# program must get from its command line and open as it is.
+set(unicode "Démo Ünïcode.syx")
+file(COPY_FILE "${demo}" "${WORK}/${unicode}")
 
 # The emulated program gets the dump by a name relative to the folder both
 # run in, which means the same file on both sides.
 set(runs "memory demo.syx" "parts demo.syx" "songs demo.syx" "list demo.syx 0 1"
-         "steps demo.syx 0" "list demo.syx 7 9")
+         "steps demo.syx 0" "list demo.syx 7 9" "parts \"${unicode}\"")
 # The outputs go to files and are compared as bytes: execute_process would
 # turn CR LF into LF in a variable and hide the very difference that
 # matters here.
@@ -49,3 +44,20 @@ foreach(run IN LISTS runs)
     file(SIZE "${WORK}/${index}.native.out" size)
     message(STATUS "tarvix-cli ${run}: same ${size} bytes, exit ${native_code}")
 endforeach()
+
+# The same name written: the Windows program must create the file under
+# exactly that name, with what the native program writes.
+set(written "Nëu Dätei.syx")
+file(REMOVE "${WORK}/${written}" "${WORK}/new.native.syx")
+execute_process(COMMAND "${NATIVE_CLI}" new -o new.native.syx WORKING_DIRECTORY "${WORK}")
+execute_process(COMMAND "${EMULATOR}" "${CLI}" new -o "${written}" WORKING_DIRECTORY "${WORK}"
+    RESULT_VARIABLE code ERROR_VARIABLE err)
+if(NOT code EQUAL 0 OR NOT EXISTS "${WORK}/${written}")
+    message(FATAL_ERROR "tarvix-cli new -o \"${written}\": exit ${code}, no such file; ${err}")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files "${WORK}/new.native.syx" "${WORK}/${written}"
+    RESULT_VARIABLE differ)
+if(NOT differ EQUAL 0)
+    message(FATAL_ERROR "tarvix-cli new -o \"${written}\" wrote other bytes than the native build")
+endif()
+message(STATUS "tarvix-cli new -o \"${written}\": the file has that name and the native bytes")

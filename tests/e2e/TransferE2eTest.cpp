@@ -67,7 +67,8 @@ TEST_F(NoServerTest, AReceiveToAFileThatCannotBeWrittenFailsBeforeWaiting)
     for (const std::string& path : {folder.File("no-such-folder/got.syx"), folder.File("")}) {
         const Run receive = RunCli({"receive", "--port", kDeviceOut, "-o", path});
         EXPECT_EQ(receive.exit.code, 1) << receive.description;
-        EXPECT_NE(receive.err.find("Can't write " + path + ": "), std::string::npos) << receive.err;
+        EXPECT_NE(receive.err.find("Can't write file \"" + path + "\": "), std::string::npos)
+            << receive.err;
         EXPECT_EQ(receive.err.find("JACK"), std::string::npos) << receive.err;
     }
 }

@@ -14,12 +14,19 @@ using testing::FolderEntries;
 using testing::Replace;
 using Bytes = std::vector<std::uint8_t>;
 
+// The check before a write (a receive's, before the device sends) answers
+// as the write would and leaves the folder as it found it.
 TEST(FileReplacerTest, ReplacesOrCreatesAndLeavesNoTemporaryFile)
 {
     testing::TempDir dir;
     const std::string path = dir.File("song.syx");
     testing::WriteAllBytes(path, Bytes(1000, 0x55));
     std::string error;
+    EXPECT_TRUE(CanWriteFileReplacing(path, error)) << error;
+    EXPECT_TRUE(CanWriteFileReplacing(dir.File("created.syx"), error)) << error;
+    EXPECT_EQ(FolderEntries(dir.Path()), std::set<std::string>{"song.syx"});
+    EXPECT_EQ(testing::ReadAllBytes(path), Bytes(1000, 0x55));
+
     ASSERT_TRUE(Replace(path, "new", error)) << error;
     EXPECT_EQ(testing::ReadAllBytes(path), (Bytes{'n', 'e', 'w'}));
 
@@ -34,6 +41,9 @@ TEST(FileReplacerTest, MissingFolderFailsWithTheSystemText)
     testing::TempDir dir;
     const std::string path = dir.File("gone/song.syx");
     std::string error;
+    EXPECT_FALSE(CanWriteFileReplacing(path, error));
+    EXPECT_EQ(error, FileMessage("write", path, testing::expected::kMissingFolder));
+    error.clear();
     EXPECT_FALSE(Replace(path, "data", error));
     EXPECT_EQ(error, FileMessage("write", path, testing::expected::kMissingFolder));
     EXPECT_TRUE(FolderEntries(dir.Path()).empty());
@@ -46,6 +56,9 @@ TEST(FileReplacerTest, FailedRenameKeepsTheTarget)
     std::filesystem::create_directory(path);
     testing::WriteAllBytes(dir.File("folder/inside"), {1, 2});
     std::string error;
+    EXPECT_FALSE(CanWriteFileReplacing(path, error));
+    EXPECT_EQ(error, FileMessage("write", path, testing::expected::kFolderAsFile));
+    error.clear();
     EXPECT_FALSE(Replace(path, "data", error));
     EXPECT_EQ(error, FileMessage("write", path, testing::expected::kFolderAsFile));
     EXPECT_EQ(FolderEntries(dir.Path()), std::set<std::string>{"folder"});

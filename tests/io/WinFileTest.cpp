@@ -10,6 +10,11 @@
 
 #include <algorithm>
 
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
+
 namespace tarvix {
 namespace {
 

@@ -10,13 +10,8 @@
 #include "support/TempDir.h"
 
 #ifdef _WIN32
-#ifndef WIN32_LEAN_AND_MEAN
-#define WIN32_LEAN_AND_MEAN
-#endif
-#include <windows.h>
-// The system's macro would rename CMidiFileException::GetMessage in the
-// tests that include this.
-#undef GetMessage
+// The codes only: <windows.h> would rename the tests' own GetMessage calls.
+#include <winerror.h>
 #endif
 
 namespace tarvix::testing {
@@ -52,22 +47,7 @@ inline constexpr const char* kWriteOnlyMappingStep = "create mapping view for";
 
 // The system's own text for a code, asked of the system directly, on one
 // line as the file classes report it.
-inline std::string SystemText(int code)
-{
-#ifdef _WIN32
-    char text[512] = {};
-    ::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                     static_cast<DWORD>(code), MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), text,
-                     sizeof text, nullptr);
-    std::string line;
-    for (const char* c = text; *c != '\0'; ++c)
-        if (*c != '\r' && *c != '\n')
-            line += *c;
-    return line;
-#else
-    return std::strerror(code);
-#endif
-}
+std::string SystemText(int code);
 
 // The sentence the file classes report for verb ("open", "read", ...) and a
 // system error code.

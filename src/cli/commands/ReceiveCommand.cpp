@@ -11,13 +11,6 @@
 
 #include <optional>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-
 namespace tarvix::cli {
 
 namespace {
@@ -61,7 +54,7 @@ public:
         const std::string& path = arguments.Value("-o");
         // A dump that arrives is lost if it cannot be written then: find out
         // before the user starts the device.
-        if (std::string error; !CanWriteFile(path, error)) {
+        if (std::string error; !CanWriteFileReplacing(path, error)) {
             std::fputs(error.c_str(), output.err);
             return kExitFailure;
         }
@@ -98,30 +91,6 @@ public:
     }
 
 private:
-    // The file is written as a new file in its folder, renamed over the
-    // target, or, when the folder takes no new file, over a target that is
-    // writable: one of the two must work, and the target must be a file.
-    static bool CanWriteFile(const std::string& path, std::string& error)
-    {
-        struct stat target {};
-        const bool exists = stat(path.c_str(), &target) == 0;
-        if (exists && S_ISDIR(target.st_mode)) {
-            error = FormatText("Can't write %s: %s\n", path.c_str(), std::strerror(EISDIR));
-            return false;
-        }
-        if (exists && access(path.c_str(), W_OK) == 0)
-            return true;
-        std::string probe = path + ".tarvix-XXXXXX";
-        const int fd = mkstemp(probe.data());
-        if (fd < 0) {
-            error = FormatText("Can't write %s: %s\n", path.c_str(), std::strerror(errno));
-            return false;
-        }
-        close(fd);
-        unlink(probe.c_str());
-        return true;
-    }
-
     static std::string EndingMessage(Ending ending, const std::string& port, double timeout)
     {
         switch (ending) {

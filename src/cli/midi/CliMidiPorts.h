@@ -12,16 +12,26 @@ namespace tarvix::cli {
 
 // For the commands' help: how to name a port, and where the buffer and
 // pacing settings come from.
+#ifdef _WIN32
+inline constexpr const char* kPortNameHelp =
+    "NAME is a port's full name as 'tarvix-cli ports' prints it, e.g.\n"
+    "\"WinMM: USB MIDI Interface\".";
+#define TARVIX_CLI_SETTINGS_STORE "the registry\n(HKEY_CURRENT_USER\\Software\\Quillon\\Tarvix):\n"
+#else
 inline constexpr const char* kPortNameHelp =
     "NAME is a port's full name as 'tarvix-cli ports' prints it, e.g.\n"
     "\"JACK: tarvix-device:out\" (a device's output, to receive from) or\n"
     "\"JACK: tarvix-device:in\" (its input, to send to).";
-inline constexpr const char* kPortSettingsHelp =
-    "Buffer sizes and pacing are the editor's MIDI settings, read from the user's\n"
+#define TARVIX_CLI_SETTINGS_STORE                                                                  \
+    "the user's\n"                                                                                 \
     "settings store (~/.config/Quillon/Tarvix.conf, or under $XDG_CONFIG_HOME):\n"
+#endif
+inline constexpr const char* kPortSettingsHelp =
+    "Buffer sizes and pacing are the editor's MIDI settings, read from " TARVIX_CLI_SETTINGS_STORE
     "MidiOutBufDelay, ms after each buffer sent (default 10), MidiOutSyxDelay, ms\n"
     "after each message (default 100), MidiOutBufSize and MidiOutBufNumber (256 and\n"
     "64), MidiInBufSize and MidiInBufNumber (256 and 64).";
+#undef TARVIX_CLI_SETTINGS_STORE
 
 // The program's two MIDI ports over the system's MIDI service, as the
 // editor has them, but on the port named on the command line.

@@ -1,9 +1,8 @@
 #include "cli/midi/CliTransferView.h"
 
 #include "cli/midi/SignalWatch.h"
+#include "cli/midi/Terminal.h"
 #include "transport/transfer/SysexTransfer.h"
-
-#include <unistd.h>
 
 #include <chrono>
 #include <thread>
@@ -18,7 +17,7 @@ constexpr int kTicksPerPortCheck = 5;
 } // namespace
 
 CCliTransferView::CCliTransferView(std::FILE* stream, Watch watch)
-    : m_printer(stream, isatty(fileno(stream)) != 0), m_watch(std::move(watch))
+    : m_printer(stream, IsTerminal(stream)), m_watch(std::move(watch))
 {
 }
 

@@ -1,7 +1,6 @@
 #include "cli/midi/ProgressPrinter.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
+#include "cli/midi/Terminal.h"
 
 #include <algorithm>
 
@@ -116,10 +115,8 @@ void CProgressPrinter::PrintChanges(const Lines& lines)
 
 std::size_t CProgressPrinter::TerminalWidth() const
 {
-    winsize size = {};
-    if (ioctl(fileno(m_stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
-        return size.ws_col;
-    return kDefaultWidth;
+    const std::size_t columns = TerminalColumns(m_stream);
+    return columns > 0 ? columns : kDefaultWidth;
 }
 
 } // namespace tarvix::cli

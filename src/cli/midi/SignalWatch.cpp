@@ -1,54 +1,51 @@
 #include "cli/midi/SignalWatch.h"
 
+#include "cli/midi/SignalHandlers.h"
+
+#include <atomic>
+
 namespace tarvix::cli {
 
 namespace {
-volatile std::sig_atomic_t g_stopRequested = 0;
-volatile std::sig_atomic_t g_sendRequested = 0;
-
-extern "C" void OnSignal(int signal)
-{
-    if (signal == SIGUSR1)
-        g_sendRequested = 1;
-    else
-        g_stopRequested = 1;
-}
+// Set from a signal handler (POSIX) or from the thread the system runs the
+// console handler on (Windows): lock-free atomics serve both.
+std::atomic<bool> g_stopRequested{false};
+std::atomic<bool> g_sendRequested{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
 } // namespace
+
+namespace signals {
+void RequestStop() noexcept
+{
+    g_stopRequested.store(true);
+}
+
+void RequestSend() noexcept
+{
+    g_sendRequested.store(true);
+}
+} // namespace signals
 
 CSignalWatch::CSignalWatch(bool watchSendRequest) : m_watchSend(watchSendRequest)
 {
-    g_stopRequested = 0;
-    g_sendRequested = 0;
-    struct sigaction action = {};
-    action.sa_handler = &OnSignal;
-    sigemptyset(&action.sa_mask);
-    // No SA_RESTART: a wait in progress ends at once and the flag is seen.
-    action.sa_flags = 0;
-    for (std::size_t i = 0; i < std::size(kWatched); ++i) {
-        if (Watches(kWatched[i]))
-            sigaction(kWatched[i], &action, &m_previous[i]);
-    }
+    g_stopRequested.store(false);
+    g_sendRequested.store(false);
+    signals::Install(m_watchSend);
 }
 
 CSignalWatch::~CSignalWatch()
 {
-    for (std::size_t i = 0; i < std::size(kWatched); ++i) {
-        if (Watches(kWatched[i]))
-            sigaction(kWatched[i], &m_previous[i], nullptr);
-    }
+    signals::Remove(m_watchSend);
 }
 
 bool CSignalWatch::IsStopRequested() const
 {
-    return g_stopRequested != 0;
+    return g_stopRequested.load();
 }
 
 bool CSignalWatch::TakeSendRequest()
 {
-    if (g_sendRequested == 0)
-        return false;
-    g_sendRequested = 0;
-    return true;
+    return g_sendRequested.exchange(false);
 }
 
 } // namespace tarvix::cli

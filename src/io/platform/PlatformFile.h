@@ -25,12 +25,13 @@ enum class SeekMethod { Begin, Current, End };
 
 // The platform's codes for a short write (disk full), for data that is not
 // what was expected (an empty file where bytes are needed), for a file that
-// already exists, and for a value too large for its type (a file position
-// beyond 32 bits).
+// already exists, for a value too large for its type (a file position
+// beyond 32 bits), and for a folder where a file is needed.
 extern const ErrorCode kErrorDiskFull;
 extern const ErrorCode kErrorInvalidData;
 extern const ErrorCode kErrorFileExists;
 extern const ErrorCode kErrorOverflow;
+extern const ErrorCode kErrorIsFolder;
 
 ErrorCode LastError();
 // The system's text for a code, as the system words it (it may hold line ends).
@@ -74,6 +75,7 @@ bool RemoveFile(const std::string& path);
 // to. A loop of links gives path back unchanged.
 std::string ResolveFinalPath(const std::string& path);
 bool FileExists(const std::string& path);
+bool IsFolder(const std::string& path);
 // Gives the file open at handle the permission bits of the file at model,
 // and its owner and group as far as the process may set them. Does nothing
 // when model is missing; a part the system refuses is left as it is.

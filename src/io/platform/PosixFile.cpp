@@ -18,6 +18,7 @@ const ErrorCode kErrorDiskFull = ENOSPC;
 const ErrorCode kErrorInvalidData = ENODATA;
 const ErrorCode kErrorFileExists = EEXIST;
 const ErrorCode kErrorOverflow = EOVERFLOW;
+const ErrorCode kErrorIsFolder = EISDIR;
 
 namespace {
 
@@ -114,7 +115,7 @@ FileHandle OpenFile(const std::string& path, FileAccess access, FileShare /*shar
     struct stat info {};
     if (::fstat(fd, &info) == 0 && S_ISDIR(info.st_mode)) {
         ::close(fd);
-        error = EISDIR;
+        error = kErrorIsFolder;
         return kInvalidFileHandle;
     }
     error = 0;
@@ -290,6 +291,12 @@ bool FileExists(const std::string& path)
 {
     struct stat info {};
     return ::stat(path.c_str(), &info) == 0;
+}
+
+bool IsFolder(const std::string& path)
+{
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
 void CopyFileAttributes(const std::string& model, FileHandle handle)

@@ -18,6 +18,8 @@ const ErrorCode kErrorDiskFull = ERROR_DISK_FULL;
 const ErrorCode kErrorInvalidData = ERROR_INVALID_DATA;
 const ErrorCode kErrorFileExists = ERROR_FILE_EXISTS;
 const ErrorCode kErrorOverflow = ERROR_ARITHMETIC_OVERFLOW;
+// What the system itself answers when a folder is opened as a file.
+const ErrorCode kErrorIsFolder = ERROR_ACCESS_DENIED;
 
 namespace {
 
@@ -223,7 +225,7 @@ bool ReplaceFile(const std::string& source, const std::string& target, ErrorCode
     const DWORD targetAttributes = ::GetFileAttributesW(to.c_str());
     if (targetAttributes != INVALID_FILE_ATTRIBUTES &&
         (targetAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-        error = ERROR_ACCESS_DENIED;
+        error = kErrorIsFolder;
         return false;
     }
     // ReplaceFileW keeps the target's owner and access rights on the new
@@ -304,6 +306,12 @@ std::string ResolveFinalPath(const std::string& path)
 bool FileExists(const std::string& path)
 {
     return ::GetFileAttributesW(WideText(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+bool IsFolder(const std::string& path)
+{
+    const DWORD attributes = ::GetFileAttributesW(WideText(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 void CopyFileAttributes(const std::string& model, FileHandle handle)

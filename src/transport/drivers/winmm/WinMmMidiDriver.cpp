@@ -128,6 +128,13 @@ std::uint32_t WinMmMidiDriver::GetNumDevs(MidiDirection direction)
     return direction == MidiDirection::Input ? ::midiInGetNumDevs() : ::midiOutGetNumDevs();
 }
 
+std::string WinMmMidiDriver::GetUnavailableReason() const
+{
+    if (::midiInGetNumDevs() != 0 || ::midiOutGetNumDevs() != 0)
+        return {};
+    return "The system lists no MIDI ports: no MIDI interface or driver is installed.";
+}
+
 MidiResult WinMmMidiDriver::GetDevName(MidiDirection direction, std::uint32_t index,
                                        std::string& name)
 {

@@ -23,6 +23,9 @@ public:
     MidiResult Start(MidiHandle handle) override;
     MidiResult LongMsg(MidiHandle handle, MidiHeader& header) override;
     std::string GetErrorText(MidiResult result) const override;
+    // The service has no state of its own to fail in: it is unavailable
+    // only in that it lists no port at all.
+    std::string GetUnavailableReason() const override;
 };
 
 } // namespace tarvix
