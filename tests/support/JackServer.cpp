@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <sstream>
 #include <thread>
+#include <vector>
 #include <unistd.h>
 
 namespace tarvix::test {
@@ -75,7 +76,7 @@ bool JackServer::IsInstalled()
     return !FindJackd().empty();
 }
 
-bool JackServer::Start(const std::string& baseName, std::string& error)
+bool JackServer::Start(const std::string& baseName, std::string& error, Mode mode)
 {
     const std::string jackd = FindJackd();
     if (jackd.empty()) {
@@ -83,14 +84,15 @@ bool JackServer::Start(const std::string& baseName, std::string& error)
         return false;
     }
     for (int number = 1; number <= kNames; ++number) {
-        if (StartAs(jackd, baseName + "-" + std::to_string(number), error)) {
+        if (StartAs(jackd, baseName + "-" + std::to_string(number), mode, error)) {
             return true;
         }
     }
     return false;
 }
 
-bool JackServer::StartAs(const std::string& jackd, const std::string& name, std::string& error)
+bool JackServer::StartAs(const std::string& jackd, const std::string& name, Mode mode,
+                         std::string& error)
 {
     testing::ChildProcess::Options options;
     options.inputPipe = false;
@@ -105,9 +107,12 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
     // clearing and refilling, and MIDI events vanish or come out mixed: on a
     // loaded test machine, where no client runs in real time, that happens
     // at random. In sync mode a late client only makes the period longer.
-    if (!m_jackd->Start(
-            {jackd, "--no-realtime", "-S", "-t", kClientTimeoutMs, "-n", name, "-d", "dummy"},
-            options)) {
+    std::vector<std::string> arguments{jackd, "--no-realtime", "-t", kClientTimeoutMs,
+                                       "-n",  name,            "-d", "dummy"};
+    if (mode == Mode::Synchronous) {
+        arguments.insert(arguments.begin() + 2, "-S");
+    }
+    if (!m_jackd->Start(arguments, options)) {
         error = "cannot start jackd";
         return false;
     }

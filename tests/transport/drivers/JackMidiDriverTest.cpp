@@ -11,8 +11,11 @@
 #include "transport/drivers/jack/JackMidiDriver.h"
 
 #include <gtest/gtest.h>
+#include <jack/jack.h>
+#include <jack/midiport.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstring>
 #include <deque>
@@ -293,6 +296,153 @@ TEST(JackMidiDriverServerStopTest, ASendCutByTheServerStoppingComesBackFailedNot
     ASSERT_EQ(program.LongMsg(programOut.handle, later.header), kMidiNoError);
     EXPECT_NE(later.header.flags & kMidiHeaderFailed, 0u);
     EXPECT_EQ(later.header.bytesRecorded, 0u);
+}
+
+// A client of our own, before the program's in the graph (its "out" feeds
+// the program's input), that can stay in its process callback for 300 ms:
+// far past a period, so that on an asynchronous server the program's client
+// is not run for several cycles, as happens to a client that is late.
+class LateClient {
+public:
+    explicit LateClient(const std::string& server)
+    {
+        jack_status_t status{};
+        m_client = jack_client_open("late", static_cast<jack_options_t>(JackNoStartServer |
+                                                                         JackServerName),
+                                    &status, server.c_str());
+        if (m_client == nullptr) {
+            return;
+        }
+        m_port = jack_port_register(m_client, "out", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
+        jack_set_process_callback(m_client, &LateClient::Process, this);
+        if (m_port == nullptr || jack_activate(m_client) != 0) {
+            jack_client_close(m_client);
+            m_client = nullptr;
+        }
+    }
+    ~LateClient()
+    {
+        if (m_client != nullptr) {
+            jack_client_close(m_client);
+        }
+    }
+    LateClient(const LateClient&) = delete;
+    LateClient& operator=(const LateClient&) = delete;
+
+    bool IsOpen() const { return m_client != nullptr; }
+    // In three cycles in a row: sends before, stays 300 ms, sends after.
+    void SendAroundALateCycle(Bytes before, Bytes after)
+    {
+        m_before = std::move(before);
+        m_after = std::move(after);
+        m_step = 1;
+    }
+    bool IsDone() const { return m_step == 0; }
+
+private:
+    static int Process(jack_nframes_t frames, void* self)
+    {
+        auto& client = *static_cast<LateClient*>(self);
+        void* buffer = jack_port_get_buffer(client.m_port, frames);
+        jack_midi_clear_buffer(buffer);
+        const int step = client.m_step.load();
+        if (step == 1 || step == 3) {
+            const Bytes& bytes = step == 1 ? client.m_before : client.m_after;
+            if (!bytes.empty()) {
+                jack_midi_event_write(buffer, 0, bytes.data(), bytes.size());
+            }
+        } else if (step == 2) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        }
+        if (step != 0) {
+            client.m_step = step == 3 ? 0 : step + 1;
+        }
+        return 0;
+    }
+
+    jack_client_t* m_client = nullptr;
+    jack_port_t* m_port = nullptr;
+    Bytes m_before;
+    Bytes m_after;
+    std::atomic<int> m_step{0};
+};
+
+class JackMissedCycleTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!test::JackServer::IsInstalled()) {
+            GTEST_SKIP() << "jackd is not installed (the jackd2 package)";
+        }
+        std::string error;
+        ASSERT_TRUE(server.Start("tarvix-async", error, test::JackServer::Mode::Asynchronous))
+            << error;
+        late = std::make_unique<LateClient>(server.GetName());
+        ASSERT_TRUE(late->IsOpen());
+        program = std::make_unique<CJackMidiDriver>("tarvix", server.GetName());
+        device = std::make_unique<CJackMidiDriver>("tarvix-device", server.GetName());
+    }
+
+    test::JackServer server;
+    std::unique_ptr<LateClient> late;
+    std::unique_ptr<CJackMidiDriver> program;
+    std::unique_ptr<CJackMidiDriver> device;
+};
+
+TEST_F(JackMissedCycleTest, ASendDuringCyclesTheProgramMissedFailsWithWhatWasHandedOver)
+{
+    Endpoint deviceIn(*device);
+    Endpoint programIn(*program);
+    Endpoint programOut(*program);
+    ASSERT_EQ(deviceIn.OpenVirtual(*device, MidiDirection::Input, "in"), kMidiNoError);
+    ASSERT_EQ(programIn.Open(MidiDirection::Input, "late:out"), kMidiNoError);
+    ASSERT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
+
+    // Far more than the server moves before the late cycle (drivers do not
+    // pace; the port above them does).
+    TestBuffer& dump = programOut.Own(MakeSysex(16 * 1024 * 1024));
+    ASSERT_EQ(program->PrepareHeader(programOut.handle, dump.header), kMidiNoError);
+    ASSERT_EQ(program->LongMsg(programOut.handle, dump.header), kMidiNoError);
+    late->SendAroundALateCycle({}, {});
+
+    ASSERT_TRUE(programOut.recorder.WaitFor(
+        [](const MidiCallbackRecorder& recorder) {
+            return !recorder.Calls(MidiCallbackMessage::BufferDone).empty();
+        },
+        std::chrono::seconds(20)));
+    EXPECT_NE(dump.header.flags & kMidiHeaderFailed, 0u);
+    EXPECT_LT(dump.header.bytesRecorded, dump.header.bufferLength);
+    EXPECT_EQ(program->GetPortFailure(programOut.handle),
+              "The JACK server ran a cycle without this program (it was late); bytes may have "
+              "been lost or sent twice.");
+}
+
+TEST_F(JackMissedCycleTest, AMessageComingInDuringCyclesTheProgramMissedCountsLostBytes)
+{
+    Endpoint programIn(*program);
+    ASSERT_EQ(programIn.Open(MidiDirection::Input, "late:out"), kMidiNoError);
+    programIn.MakeBuffers(4, 256);
+    for (const auto& buffer : programIn.buffers) {
+        ASSERT_EQ(program->AddBuffer(programIn.handle, buffer->header), kMidiNoError);
+    }
+    ASSERT_EQ(program->Start(programIn.handle), kMidiNoError);
+
+    // Cycles missed between two messages cost nothing that can be told.
+    late->SendAroundALateCycle({0xF0, 0x43, 0x01, 0xF7}, {});
+    ASSERT_TRUE(programIn.recorder.WaitFor(
+        [&](const MidiCallbackRecorder& recorder) {
+            return late->IsDone() && !recorder.Calls(MidiCallbackMessage::LongData).empty();
+        },
+        std::chrono::seconds(10)));
+    EXPECT_EQ(program->GetLostInputBytes(programIn.handle), 0u);
+    // In the middle of one, they cost at least a byte.
+    late->SendAroundALateCycle({0xF0, 0x43, 0x02}, {0x03, 0xF7});
+    ASSERT_TRUE(programIn.recorder.WaitFor(
+        [](const MidiCallbackRecorder& recorder) {
+            return recorder.Calls(MidiCallbackMessage::LongData).size() >= 2;
+        },
+        std::chrono::seconds(10)));
+    EXPECT_GE(program->GetLostInputBytes(programIn.handle), 1u);
 }
 
 TEST(JackMidiDriverNoServerTest, ListsNoPortsAndSaysWhy)

@@ -73,9 +73,13 @@ int CJackMidiDriver::ProcessCallback(std::uint32_t frames, void* driver)
 {
     auto& self = *static_cast<CJackMidiDriver*>(driver);
     self.m_cyclesStarted.fetch_add(1);
+    const bool missed = self.NoteCycle(frames);
     bool moved = false;
     for (const std::atomic<CJackRealtimePort*>& slot : self.m_slots) {
         if (CJackRealtimePort* port = slot.load()) {
+            if (missed) {
+                port->CyclesMissed();
+            }
             moved = port->Process(frames) || moved;
         }
     }
@@ -84,6 +88,22 @@ int CJackMidiDriver::ProcessCallback(std::uint32_t frames, void* driver)
     }
     self.m_cyclesEnded.fetch_add(1);
     return 0;
+}
+
+bool CJackMidiDriver::NoteCycle(std::uint32_t frames)
+{
+    // The server's frame time grows by one period each cycle whatever
+    // happens (an xrun of its own included), so a cycle that starts later
+    // than the one after our last is one we were not run in.
+    const jack_nframes_t start = jack_last_frame_time(m_processClient.load());
+    const bool missed = m_cycleKnown && start != m_nextCycleStart;
+    if (missed) {
+        m_missedCycles.fetch_add(1);
+        sem_post(&m_wake);
+    }
+    m_nextCycleStart = start + frames;
+    m_cycleKnown = true;
+    return missed;
 }
 
 void CJackMidiDriver::ShutdownCallback(void* driver)
@@ -127,6 +147,8 @@ bool CJackMidiDriver::OpenClient()
                                   : "The JACK server" + server + " refused the client.";
         return false;
     }
+    m_processClient = client;
+    m_cycleKnown = false; // no callback runs before activation
     jack_set_process_callback(client, &CJackMidiDriver::ProcessCallback, this);
     jack_on_shutdown(client, &CJackMidiDriver::ShutdownCallback, this);
     if (jack_activate(client) != 0) {
@@ -358,6 +380,9 @@ void CJackMidiDriver::PushOutput(JackPort& port)
 void CJackMidiDriver::Pump()
 {
     const bool serverGone = m_serverGone;
+    const std::uint64_t missed = m_missedCycles.load();
+    const bool missedCycles = missed != m_missedSeen;
+    m_missedSeen = missed;
     for (const auto& open : m_ports.GetPorts()) {
         auto& port = static_cast<JackPort&>(*open);
         if (port.m_direction == MidiDirection::Input) {
@@ -371,6 +396,11 @@ void CJackMidiDriver::Pump()
         if (moved > port.m_accounted) {
             Account(port, moved - port.m_accounted);
             port.m_accounted = moved;
+        }
+        if (missedCycles && !port.m_output.empty()) {
+            m_ports.Fail(port, "The JACK server ran a cycle without this program (it was late); "
+                               "bytes may have been lost or sent twice.");
+            continue;
         }
         if (serverGone) {
             // Nothing will ever take the rest: the buffers come back as
