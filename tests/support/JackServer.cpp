@@ -9,8 +9,8 @@
 #include <cstdlib>
 #include <sstream>
 #include <thread>
-#include <vector>
 #include <unistd.h>
+#include <vector>
 
 namespace tarvix::test {
 
@@ -107,8 +107,8 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, Mode
     // clearing and refilling, and MIDI events vanish or come out mixed: on a
     // loaded test machine, where no client runs in real time, that happens
     // at random. In sync mode a late client only makes the period longer.
-    std::vector<std::string> arguments{jackd, "--no-realtime", "-t", kClientTimeoutMs,
-                                       "-n",  name,            "-d", "dummy"};
+    std::vector<std::string> arguments{jackd, "--no-realtime", "-t", kClientTimeoutMs, "-n", name,
+                                       "-d",  "dummy"};
     if (mode == Mode::Synchronous) {
         arguments.insert(arguments.begin() + 2, "-S");
     }

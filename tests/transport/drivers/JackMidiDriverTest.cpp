@@ -307,8 +307,8 @@ public:
     explicit LateClient(const std::string& server)
     {
         jack_status_t status{};
-        m_client = jack_client_open("late", static_cast<jack_options_t>(JackNoStartServer |
-                                                                         JackServerName),
+        m_client = jack_client_open("late",
+                                    static_cast<jack_options_t>(JackNoStartServer | JackServerName),
                                     &status, server.c_str());
         if (m_client == nullptr) {
             return;
