@@ -8,6 +8,7 @@
 #include "MidiCallbackRecorder.h"
 #include "support/JackServer.h"
 
+#include "transport/drivers/jack/JackBridgeRoute.h"
 #include "transport/drivers/jack/JackMidiDriver.h"
 
 #include <gtest/gtest.h>
@@ -258,6 +259,64 @@ TEST_F(JackMidiDriverTest, KeepsOnlySysexOutOfWhateverArrives)
     programIn.MakeBuffers(4, 16);
     const Bytes garbage{0x90, 0x40, 0x7F, 0x05, 0xF7, 0xF0, 0x01, 0xF8, 0x02, 0xF7, 0x80, 0x40};
     EXPECT_EQ(Transfer(deviceOut, programIn, garbage, 4), (Bytes{0xF0, 0x01, 0x02, 0xF7}));
+}
+
+TEST_F(JackMidiDriverTest, RefusesToSendThroughABridgeThatWouldDropTheMessage)
+{
+    // Clients named as a2jmidid and PipeWire name theirs, on the test server.
+    CJackMidiDriver a2j("a2j", s_server->GetName());
+    CJackMidiDriver pipeWire("Midi-Bridge", s_server->GetName());
+    Endpoint a2jIn(a2j);
+    Endpoint pipeWireIn(pipeWire);
+    ASSERT_EQ(a2jIn.OpenVirtual(a2j, MidiDirection::Input, "Box [20] (playback): Box MIDI 1"),
+              kMidiNoError);
+    ASSERT_EQ(pipeWireIn.OpenVirtual(pipeWire, MidiDirection::Input, "Box:(playback_0) Box MIDI 1"),
+              kMidiNoError);
+    pipeWireIn.MakeBuffers(4, 256);
+
+    // A dump goes in pieces: refused before any byte goes.
+    Endpoint toPipeWire(*program);
+    ASSERT_EQ(toPipeWire.Open(MidiDirection::Output, "Midi-Bridge:Box:(playback_0) Box MIDI 1"),
+              kMidiNoError);
+    const Bytes dump = MakeSysex(600, 3);
+    const Bytes first(dump.begin(), dump.begin() + 256);
+    TestBuffer& piece = toPipeWire.Own(first);
+    ASSERT_EQ(program->PrepareHeader(toPipeWire.handle, piece.header), kMidiNoError);
+    ASSERT_EQ(program->LongMsg(toPipeWire.handle, piece.header), kMidiNoError);
+    ASSERT_TRUE(toPipeWire.recorder.WaitFor(
+        [](const MidiCallbackRecorder& recorder) {
+            return !recorder.Calls(MidiCallbackMessage::BufferDone).empty();
+        },
+        std::chrono::seconds(10)));
+    EXPECT_NE(piece.header.flags & kMidiHeaderFailed, 0u);
+    EXPECT_EQ(piece.header.bytesRecorded, 0u);
+    EXPECT_EQ(program->GetPortFailure(toPipeWire.handle),
+              ClassifyJackPort("Midi-Bridge:Box:(playback_0) Box MIDI 1").refusal);
+
+    // A message whole in one piece passes PipeWire's bridge, not a2jmidid.
+    Endpoint toPipeWireAgain(*program);
+    ASSERT_EQ(
+        toPipeWireAgain.Open(MidiDirection::Output, "Midi-Bridge:Box:(playback_0) Box MIDI 1"),
+        kMidiNoError);
+    toPipeWireAgain.MakeBuffers(1, 16);
+    const Bytes request{0xF0, 0x00, 0x00, 0x0E, 0x00, 0xF7};
+    EXPECT_EQ(Transfer(toPipeWireAgain, pipeWireIn, request), request);
+
+    Endpoint toA2j(*program);
+    ASSERT_EQ(toA2j.Open(MidiDirection::Output, "a2j:Box [20] (playback): Box MIDI 1"),
+              kMidiNoError);
+    TestBuffer& small = toA2j.Own(request);
+    ASSERT_EQ(program->PrepareHeader(toA2j.handle, small.header), kMidiNoError);
+    ASSERT_EQ(program->LongMsg(toA2j.handle, small.header), kMidiNoError);
+    ASSERT_TRUE(toA2j.recorder.WaitFor(
+        [](const MidiCallbackRecorder& recorder) {
+            return !recorder.Calls(MidiCallbackMessage::BufferDone).empty();
+        },
+        std::chrono::seconds(10)));
+    EXPECT_EQ(small.header.bytesRecorded, 0u);
+    EXPECT_EQ(program->GetPortFailure(toA2j.handle),
+              "a2jmidid passes no SysEx from JACK to the MIDI interface; send to its ALSA port "
+              "(ALSA: Box:Box MIDI 1) instead.");
 }
 
 TEST(JackMidiDriverServerStopTest, ASendCutByTheServerStoppingComesBackFailedNotSent)

@@ -1,5 +1,6 @@
 #include "transport/drivers/jack/JackMidiDriver.h"
 
+#include "transport/drivers/jack/JackBridgeRoute.h"
 #include "transport/drivers/jack/JackRealtimePort.h"
 
 #include <jack/jack.h>
@@ -48,6 +49,8 @@ struct JackPort : BufferedMidiPort {
     // stops when that port goes away or the connection is removed.
     std::string m_remote;
     bool m_linkSeen = false;
+    // Output: the bridge that port leads to, if any.
+    JackBridgeRoute m_route;
 };
 
 CJackMidiDriver::CJackMidiDriver(std::string clientName, std::string serverName)
@@ -296,6 +299,7 @@ MidiResult CJackMidiDriver::OpenPort(MidiDirection direction, const std::string&
     }
     if (remote != nullptr && !input) {
         port->m_remote = *remote;
+        port->m_route = ClassifyJackPort(*remote);
     }
     handle = port.get();
     m_ports.Insert(std::move(port));
@@ -355,6 +359,13 @@ void CJackMidiDriver::Account(JackPort& port, std::uint64_t bytes)
 
 void CJackMidiDriver::PushOutput(JackPort& port)
 {
+    // Refused before any byte of it goes: the bridge would pass some of it.
+    for (const MidiHeader* header : port.m_output) {
+        if (port.m_route.Drops(header->data, header->bufferLength)) {
+            m_ports.Fail(port, port.m_route.refusal);
+            return;
+        }
+    }
     // Bytes beyond those accounted are already in the ring: skip them.
     std::uint64_t inRing = port.m_pushed - port.m_accounted;
     bool front = true;

@@ -1,0 +1,73 @@
+#include "transport/drivers/jack/JackBridgeRoute.h"
+
+namespace tarvix {
+
+namespace {
+
+constexpr const char* kA2jClient = "a2j:";
+constexpr const char* kPipeWireClient = "Midi-Bridge:";
+
+bool StartsWith(const std::string& text, const std::string& start)
+{
+    return text.rfind(start, 0) == 0;
+}
+
+// a2jmidid names a port "a2j:CLIENT [ID] (playback): PORT", [ID] left out
+// with its -u option; the ALSA backend lists it as "ALSA: CLIENT:PORT".
+std::string AlsaNameOfA2jPort(const std::string& name)
+{
+    const std::string rest = name.substr(std::string(kA2jClient).size());
+    const std::size_t direction = rest.find(" (playback): ");
+    if (direction == std::string::npos) {
+        return {};
+    }
+    std::string client = rest.substr(0, direction);
+    const std::size_t id = client.rfind(" [");
+    if (id != std::string::npos && client.size() > id + 3 && client.back() == ']' &&
+        client.find_first_not_of("0123456789", id + 2) == client.size() - 1) {
+        client.erase(id);
+    }
+    return "ALSA: " + client + ":" + rest.substr(direction + 13);
+}
+
+// PipeWire names a port "Midi-Bridge:CARD:(playback_N) PORT", after the
+// card, where ALSA lists the sequencer client: only the port's name is sure.
+std::string AlsaPortOfPipeWirePort(const std::string& name)
+{
+    const std::size_t open = name.find(":(playback_");
+    const std::size_t close = open == std::string::npos ? open : name.find(") ", open);
+    return close == std::string::npos ? std::string() : name.substr(close + 2);
+}
+
+} // namespace
+
+bool JackBridgeRoute::Drops(const std::uint8_t* data, std::size_t size) const
+{
+    switch (kind) {
+    case Kind::A2jmidid: return size > 4;
+    case Kind::PipeWire: return size == 0 || data[0] != 0xF0 || data[size - 1] != 0xF7;
+    case Kind::Direct: break;
+    }
+    return false;
+}
+
+JackBridgeRoute ClassifyJackPort(const std::string& jackPortName)
+{
+    JackBridgeRoute route;
+    if (StartsWith(jackPortName, kA2jClient)) {
+        route.kind = JackBridgeRoute::Kind::A2jmidid;
+        const std::string alsa = AlsaNameOfA2jPort(jackPortName);
+        route.refusal = "a2jmidid passes no SysEx from JACK to the MIDI interface; send to its "
+                        "ALSA port" +
+                        (alsa.empty() ? std::string() : " (" + alsa + ")") + " instead.";
+    } else if (StartsWith(jackPortName, kPipeWireClient)) {
+        route.kind = JackBridgeRoute::Kind::PipeWire;
+        const std::string port = AlsaPortOfPipeWirePort(jackPortName);
+        route.refusal = "PipeWire's MIDI bridge passes only SysEx messages sent in one piece, "
+                        "and a dump goes in many; send to the interface's ALSA port" +
+                        (port.empty() ? std::string() : " (ALSA: ...:" + port + ")") + " instead.";
+    }
+    return route;
+}
+
+} // namespace tarvix
