@@ -53,11 +53,14 @@ TEST(JackBridgeRouteTest, DropsWhatEachBridgeWouldNotPass)
     EXPECT_FALSE(Drops(a2j, {0xF0, 0x01, 0x02, 0xF7}));
     EXPECT_TRUE(Drops(a2j, {0xF0, 0x01, 0x02, 0x03, 0xF7}));
 
-    const JackBridgeRoute pipeWire = ClassifyJackPort("Midi-Bridge:C:(playback_0) P");
-    EXPECT_FALSE(Drops(pipeWire, {0xF0, 0x01, 0x02, 0x03, 0xF7}));
-    EXPECT_TRUE(Drops(pipeWire, {0xF0, 0x01, 0x02})); // a message's first piece
-    EXPECT_TRUE(Drops(pipeWire, {0x03, 0x04, 0xF7})); // and its last
-    EXPECT_TRUE(Drops(pipeWire, {}));
+    for (const JackBridgeRoute& route :
+         {ClassifyJackPort("Midi-Bridge:C:(playback_0) P"),
+          ClassifyJackPort("system:midi_playback_1", {"alsa_pcm:C/midi_capture_1"})}) {
+        EXPECT_FALSE(Drops(route, {0xF0, 0x01, 0x02, 0x03, 0xF7}));
+        EXPECT_TRUE(Drops(route, {0xF0, 0x01, 0x02})); // a message's first piece
+        EXPECT_TRUE(Drops(route, {0x03, 0x04, 0xF7})); // and its last
+        EXPECT_TRUE(Drops(route, {}));
+    }
 }
 
 } // namespace

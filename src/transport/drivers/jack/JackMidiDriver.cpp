@@ -32,6 +32,24 @@ std::size_t Slot(MidiDirection direction)
     return direction == MidiDirection::Input ? 0 : 1;
 }
 
+std::vector<std::string> Aliases(jack_client_t* client, const std::string& portName)
+{
+    std::vector<std::string> aliases;
+    const jack_port_t* port = jack_port_by_name(client, portName.c_str());
+    const int size = jack_port_name_size();
+    if (port == nullptr || size <= 0) {
+        return aliases;
+    }
+    std::vector<char> first(static_cast<std::size_t>(size));
+    std::vector<char> second(static_cast<std::size_t>(size));
+    char* names[2] = {first.data(), second.data()};
+    const int count = jack_port_get_aliases(port, names);
+    for (int i = 0; i < count && i < 2; ++i) {
+        aliases.emplace_back(names[i]);
+    }
+    return aliases;
+}
+
 } // namespace
 
 struct JackPort : BufferedMidiPort {
@@ -299,7 +317,7 @@ MidiResult CJackMidiDriver::OpenPort(MidiDirection direction, const std::string&
     }
     if (remote != nullptr && !input) {
         port->m_remote = *remote;
-        port->m_route = ClassifyJackPort(*remote);
+        port->m_route = ClassifyJackPort(*remote, Aliases(m_client, *remote));
     }
     handle = port.get();
     m_ports.Insert(std::move(port));
