@@ -31,12 +31,16 @@ TEST(JackBridgeRouteTest, TellsTheBridgesByTheirPortNamesAndNamesTheAlsaPort)
     EXPECT_NE(ClassifyJackPort("a2j:odd").refusal.find("send to its ALSA port instead."),
               std::string::npos);
 
-    const JackBridgeRoute pipeWire =
-        ClassifyJackPort("Midi-Bridge:Virtual MIDI Card 1:(playback_0) VirMIDI 0-0");
+    const JackBridgeRoute pipeWire = ClassifyJackPort(
+        "Midi-Bridge:Virtual MIDI Card 1:(playback_0) VirMIDI 0-0",
+        {"alsa:seq:default:client_16:playback_0", "Virtual Raw MIDI 0-0:VirMIDI 0-0"});
     EXPECT_EQ(pipeWire.kind, Kind::PipeWire);
     EXPECT_EQ(pipeWire.refusal, "PipeWire's MIDI bridge passes only SysEx messages sent in one "
                                 "piece, and a dump goes in many; send to the interface's ALSA "
-                                "port (ALSA: ...:VirMIDI 0-0) instead.");
+                                "port (ALSA: Virtual Raw MIDI 0-0:VirMIDI 0-0) instead.");
+    EXPECT_NE(ClassifyJackPort("Midi-Bridge:C:(playback_0) P", {"alsa:seq:default:client_16:p"})
+                  .refusal.find("send to the interface's ALSA port instead."),
+              std::string::npos);
 
     for (const char* direct :
          {"system:midi_playback_1", "tarvix-device:in", "a2jx:in", "Midi-Bridge-2:in", "xa2j:in"}) {

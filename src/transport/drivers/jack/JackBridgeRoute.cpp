@@ -31,13 +31,16 @@ std::string AlsaNameOfA2jPort(const std::string& name)
     return "ALSA: " + client + ":" + rest.substr(direction + 13);
 }
 
-// PipeWire names a port "Midi-Bridge:CARD:(playback_N) PORT", after the
-// card, where ALSA lists the sequencer client: only the port's name is sure.
-std::string AlsaPortOfPipeWirePort(const std::string& name)
+// PipeWire names a port "Midi-Bridge:CARD:(playback_N) PORT" and gives it
+// the alias "CLIENT:PORT", the ALSA names; "alsa:seq:..." is its other one.
+std::string AlsaNameOfPipeWirePort(const std::vector<std::string>& aliases)
 {
-    const std::size_t open = name.find(":(playback_");
-    const std::size_t close = open == std::string::npos ? open : name.find(") ", open);
-    return close == std::string::npos ? std::string() : name.substr(close + 2);
+    for (const std::string& alias : aliases) {
+        if (!StartsWith(alias, "alsa:") && alias.find(':') != std::string::npos) {
+            return "ALSA: " + alias;
+        }
+    }
+    return {};
 }
 
 // jackd's sequencer bridge: "alsa_pcm:CLIENT/midi_capture_N", the ALSA
@@ -86,10 +89,10 @@ JackBridgeRoute ClassifyJackPort(const std::string& jackPortName,
                         sequencerClient + ") instead, or run jackd with -X raw.";
     } else if (StartsWith(jackPortName, kPipeWireClient)) {
         route.kind = JackBridgeRoute::Kind::PipeWire;
-        const std::string port = AlsaPortOfPipeWirePort(jackPortName);
+        const std::string alsa = AlsaNameOfPipeWirePort(aliases);
         route.refusal = "PipeWire's MIDI bridge passes only SysEx messages sent in one piece, "
                         "and a dump goes in many; send to the interface's ALSA port" +
-                        (port.empty() ? std::string() : " (ALSA: ...:" + port + ")") + " instead.";
+                        (alsa.empty() ? std::string() : " (" + alsa + ")") + " instead.";
     }
     return route;
 }
