@@ -5,6 +5,9 @@
 #include "../CliFixture.h"
 
 #include "support/FullMemory.h"
+#ifdef TARVIX_WITH_JACK
+#include "support/JackServer.h"
+#endif
 
 #include <alsa/asoundlib.h>
 
@@ -12,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 #include <regex>
+#include <thread>
 
 namespace tarvix::testing {
 namespace {
@@ -339,6 +343,49 @@ TEST_F(AlsaTransferTest, AnInterfaceUnpluggedMidSendEndsItWithAMessage)
     // Said of the port, whichever way the program learnt of it.
     EXPECT_NE(send->ReadErr().find("is gone"), std::string::npos) << send->ReadErr();
 }
+
+#ifdef TARVIX_WITH_JACK
+// a2jmidid drops SysEx on its way from JACK to ALSA: a send to its port is
+// refused before a byte goes, and the ALSA port the message points to is
+// the interface's, as listed.
+TEST_F(AlsaTransferTest, ASendThroughA2jmididIsRefusedPointingToTheAlsaPort)
+{
+    ASSERT_TRUE(std::filesystem::exists("/usr/bin/a2jmidid"))
+        << "a2jmidid is missing (scripts/setup.sh installs it)";
+    test::JackServer server;
+    std::string error;
+    ASSERT_TRUE(server.Start("tarvix-a2j", error)) << error;
+    environment.push_back("JACK_DEFAULT_SERVER=" + server.GetName());
+    const auto bridge = StartProgram({"/usr/bin/a2jmidid", "-e"}, "a2jmidid");
+    const auto device = StartStandIn({"--received", folder.File("device-got.syx")});
+
+    // a2jmidid names its port "a2j:CLIENT [NUMBER] (playback): PORT".
+    const std::regex a2jPort("out\\t(JACK: a2j:" + client + " \\[\\d+\\] \\(playback\\): VirMIDI " +
+                             std::to_string(Card()) + "-0)\n");
+    std::smatch match;
+    Run ports;
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        ports = RunCli({"ports"});
+        if (std::regex_search(ports.out, match, a2jPort))
+            break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+    ASSERT_FALSE(match.empty()) << ports.out << bridge->Describe();
+    EXPECT_NE(ports.out.find("out\t" + port + "\n"), std::string::npos) << ports.out;
+
+    const Run send = RunCli({"send", WriteFile("full.syx", FullDump()), "--port", match[1]});
+    const Report report = FinishStandIn(*device);
+
+    EXPECT_EQ(send.exit.code, 1) << send.description;
+    EXPECT_NE(send.err.find("Sending stopped after 0 of " + std::to_string(FullDump().size()) +
+                            " bytes: a2jmidid passes no SysEx from JACK to the MIDI interface; "
+                            "send to its ALSA port (" +
+                            port + ") instead.\n"),
+              std::string::npos)
+        << send.err;
+    EXPECT_EQ(report.received, 0) << device->Describe();
+}
+#endif
 
 } // namespace
 } // namespace tarvix::testing
