@@ -220,7 +220,8 @@ measure() { # ROUTE
         return
     fi
     echo "  JACK port: $port; the stand-in reads $device"
-    "${jack[@]}" jack_lsp -A "$port" 2>/dev/null | sed -n '2,$s/^\s*/    alias: /p'
+    "${jack[@]}" jack_lsp -A "$port" 2>/dev/null |
+        awk -v port="$port" '/^[^ \t]/ { mine = $0 == port; next } mine { sub(/^[ \t]*/, ""); print "    alias: " $0 }'
     local t0 t1 status=0
     t0=$(now)
     timeout 120 "${jack[@]}" "$cli" send "$work/full.syx" --port "JACK: $port" \

@@ -373,8 +373,12 @@ public:
             return;
         }
         m_port = jack_port_register(m_client, "out", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
+        // An input flagged as a port of the server's own driver, before a
+        // cable, as jackd's raw MIDI ports are.
+        jack_port_t* sink = jack_port_register(m_client, "sink", JACK_DEFAULT_MIDI_TYPE,
+                                               JackPortIsInput | JackPortIsPhysical, 0);
         jack_set_process_callback(m_client, &LateClient::Process, this);
-        if (m_port == nullptr || jack_activate(m_client) != 0) {
+        if (m_port == nullptr || sink == nullptr || jack_activate(m_client) != 0) {
             jack_client_close(m_client);
             m_client = nullptr;
         }
@@ -502,6 +506,49 @@ TEST_F(JackMissedCycleTest, AMessageComingInDuringCyclesTheProgramMissedCountsLo
         },
         std::chrono::seconds(10)));
     EXPECT_GE(program->GetLostInputBytes(programIn.handle), 1u);
+}
+
+// On a synchronous server no client misses a cycle, but the late one makes
+// the server's driver late: an xrun, which fails a send to a hardware port.
+TEST(JackXrunTest, AnXrunFailsASendToAHardwarePortOnly)
+{
+    if (!test::JackServer::IsInstalled()) {
+        GTEST_SKIP() << "jackd is not installed (the jackd2 package)";
+    }
+    test::JackServer server;
+    std::string error;
+    ASSERT_TRUE(server.Start("tarvix-xrun", error)) << error;
+    LateClient late(server.GetName());
+    ASSERT_TRUE(late.IsOpen());
+    CJackMidiDriver program("tarvix", server.GetName());
+    CJackMidiDriver device("tarvix-device", server.GetName());
+    Endpoint deviceIn(device);
+    Endpoint toDevice(program);
+    Endpoint toHardware(program);
+    ASSERT_EQ(deviceIn.OpenVirtual(device, MidiDirection::Input, "in"), kMidiNoError);
+    ASSERT_EQ(toDevice.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
+    ASSERT_EQ(toHardware.Open(MidiDirection::Output, "late:sink"), kMidiNoError);
+
+    TestBuffer& toSoftware = toDevice.Own(MakeSysex(16 * 1024 * 1024, 1));
+    TestBuffer& dump = toHardware.Own(MakeSysex(16 * 1024 * 1024, 2));
+    for (auto* endpoint : {&toDevice, &toHardware}) {
+        TestBuffer& buffer = endpoint == &toDevice ? toSoftware : dump;
+        ASSERT_EQ(program.PrepareHeader(endpoint->handle, buffer.header), kMidiNoError);
+        ASSERT_EQ(program.LongMsg(endpoint->handle, buffer.header), kMidiNoError);
+    }
+    late.SendAroundALateCycle({}, {});
+
+    ASSERT_TRUE(toHardware.recorder.WaitFor(
+        [](const MidiCallbackRecorder& recorder) {
+            return !recorder.Calls(MidiCallbackMessage::BufferDone).empty();
+        },
+        std::chrono::seconds(20)));
+    EXPECT_NE(dump.header.flags & kMidiHeaderFailed, 0u);
+    EXPECT_LT(dump.header.bytesRecorded, dump.header.bufferLength);
+    EXPECT_EQ(program.GetPortFailure(toHardware.handle),
+              "The JACK server had an xrun while sending to a hardware port; bytes may have been "
+              "lost or sent twice.");
+    EXPECT_EQ(program.GetPortFailure(toDevice.handle), "");
 }
 
 TEST(JackMidiDriverNoServerTest, ListsNoPortsAndSaysWhy)

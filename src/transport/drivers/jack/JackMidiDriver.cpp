@@ -67,8 +67,10 @@ struct JackPort : BufferedMidiPort {
     // stops when that port goes away or the connection is removed.
     std::string m_remote;
     bool m_linkSeen = false;
-    // Output: the bridge that port leads to, if any.
+    // Output: the bridge that port leads to, if any, and whether it is a
+    // port of the server's own driver, before a cable.
     JackBridgeRoute m_route;
+    bool m_physical = false;
 };
 
 CJackMidiDriver::CJackMidiDriver(std::string clientName, std::string serverName)
@@ -127,6 +129,14 @@ bool CJackMidiDriver::NoteCycle(std::uint32_t frames)
     return missed;
 }
 
+int CJackMidiDriver::XrunCallback(void* driver)
+{
+    auto& self = *static_cast<CJackMidiDriver*>(driver);
+    self.m_xruns.fetch_add(1);
+    sem_post(&self.m_wake);
+    return 0;
+}
+
 void CJackMidiDriver::ShutdownCallback(void* driver)
 {
     auto& self = *static_cast<CJackMidiDriver*>(driver);
@@ -172,6 +182,7 @@ bool CJackMidiDriver::OpenClient()
     m_cycleKnown = false; // no callback runs before activation
     jack_set_process_callback(client, &CJackMidiDriver::ProcessCallback, this);
     jack_on_shutdown(client, &CJackMidiDriver::ShutdownCallback, this);
+    jack_set_xrun_callback(client, &CJackMidiDriver::XrunCallback, this);
     if (jack_activate(client) != 0) {
         jack_client_close(client);
         m_unavailableReason = "The JACK server would not run the client.";
@@ -318,6 +329,9 @@ MidiResult CJackMidiDriver::OpenPort(MidiDirection direction, const std::string&
     if (remote != nullptr && !input) {
         port->m_remote = *remote;
         port->m_route = ClassifyJackPort(*remote, Aliases(m_client, *remote));
+        const jack_port_t* remotePort = jack_port_by_name(m_client, remote->c_str());
+        port->m_physical =
+            remotePort != nullptr && (jack_port_flags(remotePort) & JackPortIsPhysical) != 0;
     }
     handle = port.get();
     m_ports.Insert(std::move(port));
@@ -375,15 +389,20 @@ void CJackMidiDriver::Account(JackPort& port, std::uint64_t bytes)
     }
 }
 
-void CJackMidiDriver::PushOutput(JackPort& port)
+bool CJackMidiDriver::Refused(JackPort& port)
 {
-    // Refused before any byte of it goes: the bridge would pass some of it.
+    // Before any byte of it goes: the bridge would pass some of it.
     for (const MidiHeader* header : port.m_output) {
         if (port.m_route.Drops(header->data, header->bufferLength)) {
             m_ports.Fail(port, port.m_route.refusal);
-            return;
+            return true;
         }
     }
+    return false;
+}
+
+void CJackMidiDriver::PushOutput(JackPort& port)
+{
     // Bytes beyond those accounted are already in the ring: skip them.
     std::uint64_t inRing = port.m_pushed - port.m_accounted;
     bool front = true;
@@ -412,6 +431,9 @@ void CJackMidiDriver::Pump()
     const std::uint64_t missed = m_missedCycles.load();
     const bool missedCycles = missed != m_missedSeen;
     m_missedSeen = missed;
+    const std::uint64_t xruns = m_xruns.load();
+    const bool xrun = xruns != m_xrunsSeen;
+    m_xrunsSeen = xruns;
     for (const auto& open : m_ports.GetPorts()) {
         auto& port = static_cast<JackPort&>(*open);
         if (port.m_direction == MidiDirection::Input) {
@@ -426,8 +448,16 @@ void CJackMidiDriver::Pump()
             Account(port, moved - port.m_accounted);
             port.m_accounted = moved;
         }
+        if (Refused(port)) {
+            continue;
+        }
         if (missedCycles && !port.m_output.empty()) {
             m_ports.Fail(port, "The JACK server ran a cycle without this program (it was late); "
+                               "bytes may have been lost or sent twice.");
+            continue;
+        }
+        if (xrun && port.m_physical && !port.m_output.empty()) {
+            m_ports.Fail(port, "The JACK server had an xrun while sending to a hardware port; "
                                "bytes may have been lost or sent twice.");
             continue;
         }
