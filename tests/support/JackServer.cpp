@@ -7,7 +7,9 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <sstream>
+#include <sys/file.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -37,7 +39,6 @@ constexpr int kNames = 8;
 // device mid-transfer) holds the server only briefly each cycle until
 // jackd has removed it.
 constexpr const char* kClientTimeoutMs = "200";
-constexpr auto kSettleTime = std::chrono::milliseconds(100);
 // jackd unregisters itself on SIGTERM; killed, it would keep its place.
 constexpr auto kStopGrace = std::chrono::seconds(15);
 
@@ -91,9 +92,40 @@ bool JackServer::Start(const std::string& baseName, std::string& error, Mode mod
     return false;
 }
 
+// Another test's server may hold the name, or be starting under it: jackd
+// finds the name taken only after a while, and a client connecting in that
+// while reaches the other server. So a name is claimed first with a lock the
+// kernel drops when its holder ends, however it ends.
+bool JackServer::ClaimName(const std::string& name)
+{
+    const std::string path = "/tmp/tarvix-jackd-" + name + ".lock";
+    const int fd = open(path.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0666);
+    if (fd < 0) {
+        return false;
+    }
+    if (flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        close(fd);
+        return false;
+    }
+    m_nameLock = fd;
+    return true;
+}
+
+void JackServer::ReleaseName()
+{
+    if (m_nameLock >= 0) {
+        close(m_nameLock);
+        m_nameLock = -1;
+    }
+}
+
 bool JackServer::StartAs(const std::string& jackd, const std::string& name, Mode mode,
                          std::string& error)
 {
+    if (!ClaimName(name)) {
+        error = "every name is taken by another test's server";
+        return false;
+    }
     testing::ChildProcess::Options options;
     options.inputPipe = false;
     options.deathSignal = SIGTERM;
@@ -114,22 +146,19 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, Mode
     }
     if (!m_jackd->Start(arguments, options)) {
         error = "cannot start jackd";
+        ReleaseName();
         return false;
     }
     m_name = name;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(15);
     while (std::chrono::steady_clock::now() < deadline) {
         if (HasExited()) {
-            error = "jackd exited at start-up (its name taken, or JACK's registry full)";
+            error = "jackd exited at start-up (JACK's registry full?)";
+            Stop();
             return false;
         }
         if (CanConnect(name)) {
-            // The client may have reached another test's server of this
-            // name before ours found the name taken and gave up.
-            std::this_thread::sleep_for(kSettleTime);
-            if (!HasExited()) {
-                return true;
-            }
+            return true;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
@@ -149,6 +178,7 @@ void JackServer::Stop()
         m_jackd->Stop(kStopGrace);
         m_jackd.reset();
     }
+    ReleaseName();
 }
 
 } // namespace tarvix::test

@@ -13,7 +13,8 @@ namespace tarvix::test {
 // JACK keeps at most 8 servers in a registry in shared memory, and a server
 // that is killed outright keeps its place there until a server of the same
 // name starts. So names come from a small fixed set, "BASE-1" to "BASE-8":
-// the first one free is taken, and a place lost that way is won back.
+// the first one free is taken, and a place lost that way is won back. A
+// name is free when no other process holds its lock file in /tmp.
 class JackServer {
 public:
     JackServer();
@@ -34,12 +35,15 @@ public:
 private:
     bool StartAs(const std::string& jackd, const std::string& name, Mode mode, std::string& error);
     bool HasExited();
+    bool ClaimName(const std::string& name);
+    void ReleaseName();
 
     // The jackd process; its type is kept out of this header, whose users
     // live in namespaces where "testing" means GoogleTest.
     struct Process;
     std::unique_ptr<Process> m_jackd;
     std::string m_name;
+    int m_nameLock = -1;
 };
 
 } // namespace tarvix::test

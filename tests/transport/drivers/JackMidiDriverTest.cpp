@@ -169,7 +169,8 @@ TEST_F(JackMidiDriverTest, ListsOtherClientsPortsByTheirJackNames)
 {
     Endpoint deviceOut(*device);
     Endpoint deviceIn(*device);
-    ASSERT_EQ(deviceOut.OpenVirtual(*device, MidiDirection::Output, "out"), kMidiNoError);
+    ASSERT_EQ(deviceOut.OpenVirtual(*device, MidiDirection::Output, "out"), kMidiNoError)
+        << device->GetUnavailableReason();
     ASSERT_EQ(deviceIn.OpenVirtual(*device, MidiDirection::Input, "in"), kMidiNoError);
     EXPECT_EQ(device->GetClientName(), "tarvix-device");
     MidiHandle twice = nullptr;
@@ -177,7 +178,8 @@ TEST_F(JackMidiDriverTest, ListsOtherClientsPortsByTheirJackNames)
               kMidiAllocated);
 
     Endpoint programIn(*program);
-    ASSERT_EQ(programIn.Open(MidiDirection::Input, "tarvix-device:out"), kMidiNoError);
+    ASSERT_EQ(programIn.Open(MidiDirection::Input, "tarvix-device:out"), kMidiNoError)
+        << program->GetUnavailableReason();
     std::vector<std::string> inputs;
     for (std::uint32_t i = 0; i < program->GetNumDevs(MidiDirection::Input); ++i) {
         std::string name;
