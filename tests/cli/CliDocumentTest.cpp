@@ -4,6 +4,7 @@
 
 #include "demo/DemoDocument.h"
 #include "model/Mmt8Memory.h"
+#include "model/TrackListing.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -94,30 +95,23 @@ TEST_F(CliDocumentTest, MemoryOfTheDemo)
     EXPECT_EQ(Printed({"memory", m_path}), "Memory available: 98%\n");
 }
 
-TEST_F(CliDocumentTest, PartsListsAHundredRows)
+// The cells' texts are the list's (ListCellsTest); here the commands print
+// every row under the header, tab-separated, from the file they read.
+TEST_F(CliDocumentTest, PartsAndSongsListAHundredRows)
 {
-    const auto lines = Lines(Printed({"parts", m_path}));
-    ASSERT_EQ(lines.size(), 101u);
-    EXPECT_EQ(lines[0], "##\tPart name\tNumber of beats\tSize in bytes");
-    EXPECT_EQ(lines[1], Row(" 00", "DRUMS 4/4", "4", m_demo.GetPartSize(0)));
-    EXPECT_EQ(lines[2], Row(" 01", "BASS LINE", "4", m_demo.GetPartSize(1)));
-    EXPECT_EQ(lines[3], Row(" 02", "CHORDS", "8", m_demo.GetPartSize(2)));
-    EXPECT_EQ(lines[4], Row(" 03", "FILL + FX", "4", m_demo.GetPartSize(3)));
+    const auto parts = Lines(Printed({"parts", m_path}));
+    ASSERT_EQ(parts.size(), 101u);
+    EXPECT_EQ(parts[0], "##\tPart name\tNumber of beats\tSize in bytes");
+    EXPECT_EQ(parts[1], Row(" 00", "DRUMS 4/4", "4", m_demo.GetPartSize(0)));
     // Empty parts show no beats but still the size of an empty record.
-    EXPECT_EQ(lines[5], Row(" 04", "", "", m_demo.GetPartSize(4)));
-    EXPECT_EQ(lines[100], Row(" 99", "", "", m_demo.GetPartSize(99)));
+    EXPECT_EQ(parts[100], Row(" 99", "", "", m_demo.GetPartSize(99)));
     EXPECT_EQ(m_demo.GetPartSize(0), 174u);
-}
 
-TEST_F(CliDocumentTest, SongsListsAHundredRows)
-{
-    const auto lines = Lines(Printed({"songs", m_path}));
-    ASSERT_EQ(lines.size(), 101u);
-    EXPECT_EQ(lines[0], "##\tSong name\tBeats per minute\tSize in bytes");
-    EXPECT_EQ(lines[1], Row(" 00", "DEMO SONG", "110", m_demo.GetSongSize(0)));
-    EXPECT_EQ(lines[2], Row(" 01", "JAM", "128", m_demo.GetSongSize(1)));
-    EXPECT_EQ(lines[3], Row(" 02", "", "", m_demo.GetSongSize(2)));
-    EXPECT_EQ(lines[100], Row(" 99", "", "", m_demo.GetSongSize(99)));
+    const auto songs = Lines(Printed({"songs", m_path}));
+    ASSERT_EQ(songs.size(), 101u);
+    EXPECT_EQ(songs[0], "##\tSong name\tBeats per minute\tSize in bytes");
+    EXPECT_EQ(songs[2], Row(" 01", "JAM", "128", m_demo.GetSongSize(1)));
+    EXPECT_EQ(songs[100], Row(" 99", "", "", m_demo.GetSongSize(99)));
 }
 
 TEST_F(CliDocumentTest, TracksListsTheEightTracksOfAPart)
@@ -164,37 +158,16 @@ TEST_F(CliDocumentTest, NumbersTakeALeadingZero)
     EXPECT_EQ(Printed({"tracks", m_path, "5"}), Printed({"tracks", m_path, "05"}));
 }
 
-TEST_F(CliDocumentTest, ListPrintsEveryKindOfEvent)
+// The listing is the track dump view's text (TrackListingTest) with LF line
+// ends, of the track the numbers name, as read from the file.
+TEST_F(CliDocumentTest, ListPrintsTheDumpOfTheTrackItNames)
 {
-    EXPECT_EQ(Printed({"list", m_path, "3", "4"}), "Time Ch Type Data\n"
-                                                   "----------------------------\n"
-                                                   "0000    SYSX 7E 7F 09\n"
-                                                   "        SYSX 01 80 80\n"
-                                                   "0060 04 PTCH 4000 0\n"
-                                                   "006C 04 PTCH 4400 1024\n"
-                                                   "0078 04 PTCH 4800 2048\n"
-                                                   "0084 04 PTCH 4C00 3072\n"
-                                                   "0090 04 PTCH 5000 4096\n"
-                                                   "009C 04 PTCH 5400 5120\n"
-                                                   "00A8 04 PTCH 5800 6144\n"
-                                                   "00B4 04 PTCH 5C00 7168\n"
-                                                   "00C0 04 PTCH 5FFF 8191\n"
-                                                   "     04 ATCH 5A\n"
-                                                   "     04 NOTE 48 7F 0060  C4\n");
-
-    const auto bass = Lines(Printed({"list", m_path, "1", "2"}));
-    ASSERT_EQ(bass.size(), 12u);
-    EXPECT_EQ(bass[2].substr(0, 18), "0000 01 PROG 21   ");
-    EXPECT_EQ(bass[3].substr(0, 21), "     01 CTRL 07 64   ");
-    EXPECT_EQ(bass[4], "     01 NOTE 28 60 002A  E1");
-}
-
-TEST_F(CliDocumentTest, ListOfAnEmptyTrackIsTheHeaderAlone)
-{
-    EXPECT_EQ(Printed({"list", m_path, "0", "8"}),
-              "Time Ch Type Data\n----------------------------\n");
-    EXPECT_EQ(Printed({"list", m_path, "99", "1"}),
-              "Time Ch Type Data\n----------------------------\n");
+    for (const auto& [part, track] : {std::pair{3, 4}, {1, 2}, {0, 8}, {99, 1}}) {
+        SCOPED_TRACE(std::to_string(part) + " " + std::to_string(track));
+        EXPECT_EQ(
+            Printed({"list", m_path, std::to_string(part), std::to_string(track)}),
+            ListTrack(m_demo.Part(part).tracks[static_cast<std::size_t>(track - 1)], LineEnds::Lf));
+    }
 }
 
 // Names come from the file, and a file may put any byte in them.

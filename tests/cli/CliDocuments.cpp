@@ -32,14 +32,6 @@ void AddNote(CMmt8Track& track, std::uint16_t time, bool timed)
 }
 } // namespace
 
-std::vector<std::uint8_t> DumpOf(const CMmt8Memory& memory)
-{
-    std::vector<std::uint8_t> dump;
-    std::string error;
-    EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
-    return dump;
-}
-
 std::vector<std::uint8_t> DemoDump()
 {
     CMmt8Memory demo;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/SeededDocuments.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -12,8 +14,6 @@ namespace tarvix::testing {
 
 class TempDir;
 
-// The document as one dump message; a failure to build it fails the test.
-std::vector<std::uint8_t> DumpOf(const CMmt8Memory& memory);
 // The demo document's dump.
 std::vector<std::uint8_t> DemoDump();
 // Writes the document's dump into the folder and returns its path.

@@ -1,7 +1,7 @@
 // tarvix-cli dump: the MIDI file dump report on the terminal.
 #include "CliRunner.h"
 
-#include "io/FileTestSupport.h"
+#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

@@ -4,9 +4,9 @@
 #include "CliRunner.h"
 
 #include "demo/DemoDocument.h"
-#include "io/FileTestSupport.h"
 #include "midifile/MidiExport.h"
 #include "model/Mmt8Memory.h"
+#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

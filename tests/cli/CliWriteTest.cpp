@@ -2,8 +2,8 @@
 #include "CliDocuments.h"
 #include "CliRunner.h"
 
-#include "io/FileTestSupport.h"
 #include "model/Mmt8Memory.h"
+#include "support/FileTestSupport.h"
 #include "support/RandomDocument.h"
 #include "support/TempDir.h"
 

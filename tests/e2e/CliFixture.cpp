@@ -40,6 +40,17 @@ CliTest::Run CliTest::RunCli(const Words& words)
     return run;
 }
 
+std::unique_ptr<ChildProcess> CliTest::StartReceive(const std::string& from,
+                                                    const std::string& output)
+{
+    // The receive is listening once it prompts for the dump.
+    auto receive = StartCli(
+        {"receive", "--port", from, "-o", folder.File(output), "--timeout", "60"}, "receive");
+    EXPECT_TRUE(receive->WaitForOutput("To start MIDI dump transfer", kShowLimit, true))
+        << receive->Describe();
+    return receive;
+}
+
 std::string CliTest::WriteFile(const std::string& name,
                                const std::vector<std::uint8_t>& bytes) const
 {

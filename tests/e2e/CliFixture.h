@@ -37,6 +37,8 @@ protected:
         std::string description;
     };
     Run RunCli(const Words& words);
+    // A receive from the port into the folder, once it listens.
+    std::unique_ptr<ChildProcess> StartReceive(const std::string& from, const std::string& output);
 
     std::string WriteFile(const std::string& name, const std::vector<std::uint8_t>& bytes) const;
     // No file of that name, nor a temporary one of it, in the folder.

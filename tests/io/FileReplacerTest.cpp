@@ -1,7 +1,7 @@
 // Saves that never destroy the file they replace, on every system.
 #include "io/FileStream.h"
 
-#include "FileTestSupport.h"
+#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -11,12 +11,8 @@ namespace {
 
 using testing::FileMessage;
 using testing::FolderEntries;
+using testing::Replace;
 using Bytes = std::vector<std::uint8_t>;
-
-bool Replace(const std::string& path, const std::string& text, std::string& error)
-{
-    return WriteFileReplacing(path, text.data(), static_cast<std::uint32_t>(text.size()), error);
-}
 
 TEST(FileReplacerTest, ReplacesOrCreatesAndLeavesNoTemporaryFile)
 {

@@ -1,6 +1,6 @@
 #include "io/FileStream.h"
 
-#include "FileTestSupport.h"
+#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 // and folders that take no new file.
 #include "io/FileStream.h"
 
-#include "FileTestSupport.h"
+#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -21,12 +21,8 @@ namespace {
 
 using testing::FileMessage;
 using testing::FolderEntries;
+using testing::Replace;
 using Bytes = std::vector<std::uint8_t>;
-
-bool Replace(const std::string& path, const std::string& text, std::string& error)
-{
-    return WriteFileReplacing(path, text.data(), static_cast<std::uint32_t>(text.size()), error);
-}
 
 mode_t ModeOf(const std::string& path)
 {

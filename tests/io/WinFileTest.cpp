@@ -3,7 +3,7 @@
 // the replaced file's attributes.
 #include "io/FileStream.h"
 
-#include "FileTestSupport.h"
+#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

@@ -4,10 +4,10 @@
 #include "ExportTestSupport.h"
 #include "MidoPeer.h"
 
-#include "io/FileTestSupport.h"
 #include "midifile/MidiExport.h"
 #include "model/EventBuilders.h"
 #include "model/Mmt8Memory.h"
+#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

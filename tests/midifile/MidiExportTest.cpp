@@ -2,10 +2,10 @@
 // the MIDI messages of every device event, at the ticks meant.
 #include "ExportTestSupport.h"
 
-#include "io/FileTestSupport.h"
 #include "midifile/MidiExport.h"
 #include "model/EventBuilders.h"
 #include "model/Mmt8Memory.h"
+#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // The reader's leniency: what it keeps from damaged and unusual files.
 #include "support/MidiFileBuilders.h"
 
-#include "io/FileTestSupport.h"
 #include "midifile/MidiFileException.h"
 #include "midifile/MidiFileStream.h"
+#include "support/FileTestSupport.h"
 
 #include <gtest/gtest.h>
 

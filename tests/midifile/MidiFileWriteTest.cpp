@@ -1,9 +1,9 @@
 // Writing, copying, splitting and the queries over a file in memory.
 #include "support/MidiFileBuilders.h"
 
-#include "io/FileTestSupport.h"
 #include "midifile/MidiFileException.h"
 #include "midifile/MidiFileStream.h"
+#include "support/FileTestSupport.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>

@@ -3,6 +3,7 @@
 #include "io/ByteBuffer.h"
 #include "model/Mmt8Event.h"
 #include "model/Mmt8Track.h"
+#include "support/Bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -18,20 +19,13 @@
 // comparisons, shared by the model's tests.
 namespace tarvix::test {
 
-using Bytes = std::vector<std::uint8_t>;
+using testing::Bytes;
+using testing::Concat;
 
 inline Bytes ToBytes(const CByteBuffer& buffer)
 {
     const auto view = buffer.View();
     return Bytes(view.begin(), view.end());
-}
-
-inline Bytes Concat(std::initializer_list<Bytes> parts)
-{
-    Bytes all;
-    for (const auto& part : parts)
-        all.insert(all.end(), part.begin(), part.end());
-    return all;
 }
 
 inline Bytes Encoded(const CMmt8Event& event)

@@ -2,12 +2,14 @@
 
 #include "demo/DemoDocument.h"
 #include "io/ByteBuffer.h"
-#include "io/FileTestSupport.h"
 #include "model/DeviceImage.h"
 #include "model/Mmt8Memory.h"
 #include "model/SysexPacking.h"
 #include "model/SysexParser.h"
+#include "support/Bytes.h"
+#include "support/FileTestSupport.h"
 #include "support/RandomDocument.h"
+#include "support/SeededDocuments.h"
 #include "support/TempDir.h"
 
 #include <gmock/gmock.h>
@@ -24,9 +26,11 @@
 namespace tarvix {
 namespace {
 
+using testing::Bytes;
+using testing::Concat;
 using testing::DescribeDifference;
+using testing::DumpOf;
 using ::testing::HasSubstr;
-using Bytes = std::vector<std::uint8_t>;
 
 Bytes RandomBytes(std::mt19937& random, std::size_t count)
 {
@@ -34,20 +38,6 @@ Bytes RandomBytes(std::mt19937& random, std::size_t count)
     for (auto& byte : bytes)
         byte = static_cast<std::uint8_t>(random());
     return bytes;
-}
-
-Bytes Concat(Bytes first, const Bytes& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
-
-Bytes DumpOf(const CMmt8Memory& memory)
-{
-    Bytes dump;
-    std::string error;
-    EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
-    return dump;
 }
 
 CMmt8Memory Demo()

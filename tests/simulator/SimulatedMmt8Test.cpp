@@ -2,7 +2,8 @@
 
 #include "model/Mmt8Memory.h"
 #include "model/SysexDump.h"
-#include "support/RandomDocument.h"
+#include "support/Bytes.h"
+#include "support/SeededDocuments.h"
 #include "support/TempDir.h"
 #include "transport/drivers/loopback/LoopbackMidiDriver.h"
 
@@ -18,40 +19,15 @@
 namespace tarvix {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using testing::Bytes;
+using testing::Concat;
+using testing::DumpOf;
+using testing::Eventually;
 using Clock = std::chrono::steady_clock;
 using testing::ReadAllBytes;
 using testing::TempDir;
 
 const Bytes kOtherMakers = {0xF0, 0x41, 0x10, 0x42, 0x12, 0x40, 0x00, 0x7F, 0x00, 0x41, 0xF7};
-
-Bytes DumpOf(unsigned seed)
-{
-    CMmt8Memory memory;
-    std::mt19937 random(seed);
-    testing::FillRandomDocument(memory, random, {4, 10, 3, 10});
-    Bytes dump;
-    std::string error;
-    EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
-    return dump;
-}
-
-Bytes Concat(Bytes first, const Bytes& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
-
-bool WaitUntil(const std::function<bool()>& condition)
-{
-    const auto deadline = Clock::now() + std::chrono::seconds(20);
-    while (!condition()) {
-        if (Clock::now() >= deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 // The simulated device on one end of a Loopback cable; the test holds the
 // other end, where the program would be.
@@ -103,7 +79,7 @@ protected:
     // Polls the device as its command does until the condition holds.
     bool PollUntil(const std::function<bool()>& condition)
     {
-        return WaitUntil([&] {
+        return Eventually([&] {
             device->Poll();
             return condition();
         });
@@ -131,11 +107,11 @@ TEST_F(SimulatedMmt8Test, SendsItsMemoryAsItIsOnEveryRequest)
 
     ASSERT_TRUE(device->RequestSend());
     ASSERT_TRUE(
-        WaitUntil([&] { return Arrived().size() >= memory.size() && !device->IsSending(); }));
+        Eventually([&] { return Arrived().size() >= memory.size() && !device->IsSending(); }));
     EXPECT_EQ(Arrived(), memory);
 
     ASSERT_TRUE(device->RequestSend());
-    ASSERT_TRUE(WaitUntil([&] { return Arrived().size() >= 2 * memory.size(); }));
+    ASSERT_TRUE(Eventually([&] { return Arrived().size() >= 2 * memory.size(); }));
     EXPECT_EQ(Arrived(), Concat(memory, memory));
 }
 
@@ -148,7 +124,7 @@ TEST_F(SimulatedMmt8Test, SendsOnEveryAttachedCable)
     ASSERT_TRUE(device->Attach(driver, "second cable", "second cable", error)) << error;
 
     ASSERT_TRUE(device->RequestSend());
-    ASSERT_TRUE(WaitUntil([&] { return !device->IsSending(); }));
+    ASSERT_TRUE(Eventually([&] { return !device->IsSending(); }));
     EXPECT_EQ(Arrived(), memory);
     EXPECT_EQ(second.TakeReceived(), memory);
 }
@@ -164,7 +140,7 @@ TEST_F(SimulatedMmt8Test, AtWireSpeedNoByteArrivesBeforeTheCableCouldCarryIt)
     ASSERT_TRUE(device->RequestSend());
     // A send under way is not started again.
     EXPECT_FALSE(device->RequestSend());
-    ASSERT_TRUE(WaitUntil([&] { return !device->IsSending(); }));
+    ASSERT_TRUE(Eventually([&] { return !device->IsSending(); }));
 
     EXPECT_EQ(Arrived(), memory);
     const std::lock_guard lock(mutex);
@@ -196,7 +172,7 @@ TEST_F(SimulatedMmt8Test, AReceivedDumpBecomesItsMemoryAndIsWrittenByteForByte)
     EXPECT_EQ(device->GetMemory(), dump);
     EXPECT_TRUE(Logged("Ignored unknown sysex 11 bytes"));
     ASSERT_TRUE(device->RequestSend());
-    ASSERT_TRUE(WaitUntil([&] { return Arrived().size() >= dump.size(); }));
+    ASSERT_TRUE(Eventually([&] { return Arrived().size() >= dump.size(); }));
     EXPECT_EQ(Arrived(), dump);
 }
 
@@ -257,7 +233,7 @@ TEST_F(SimulatedMmt8Test, GoingAwayInTheMiddleOfASendEndsIt)
     Start(memory, options);
 
     ASSERT_TRUE(device->RequestSend());
-    ASSERT_TRUE(WaitUntil([&] { return !Arrived().empty(); }));
+    ASSERT_TRUE(Eventually([&] { return !Arrived().empty(); }));
     device.reset();
 
     EXPECT_LT(Arrived().size(), memory.size());

@@ -53,9 +53,7 @@ protected:
     void SetUp() override
     {
         QGuiApplication::clipboard()->clear();
-        StartEditor();
-        FillSampleDocument(Memory());
-        Frame().RefreshViews();
+        StartOnSample();
     }
 
     QString Cell(int row, int column)

@@ -39,13 +39,7 @@ TEST(DeviceNameValidatorTest, TypedAndPastedTextKeepsToWhatTheDisplayShows)
 
 class DeviceNamesTest : public EditorTest {
 protected:
-    void SetUp() override
-    {
-        StartEditor();
-        FillSampleDocument(Memory());
-        Frame().RefreshViews();
-        ProcessEvents();
-    }
+    void SetUp() override { StartOnSample(); }
 };
 
 TEST_F(DeviceNamesTest, TreeRenameKeepsToTheDisplaysCharacters)

@@ -5,6 +5,7 @@
 #include "model/SysexDump.h"
 #include "support/FullMemory.h"
 #include "support/RandomDocument.h"
+#include "support/SeededDocuments.h"
 
 #include <gtest/gtest.h>
 
@@ -15,14 +16,6 @@ namespace tarvix::testing {
 namespace {
 
 const UndoStepKind kEdit{"Edit"};
-
-std::vector<std::uint8_t> DeviceBytes(const CMmt8Memory& memory)
-{
-    std::vector<std::uint8_t> dump;
-    std::string error;
-    EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
-    return dump;
-}
 
 void Rename(CDocumentHistory& history, CMmt8Memory& memory, int part, const char* name)
 {
@@ -137,7 +130,7 @@ TEST(DocumentHistoryTest, AHundredStepsOfAFullDeviceFitTheBudget)
     EXPECT_LT(history.Bytes() / history.StepCount(), std::size_t{160} << 10);
     for (int step = 0; step < 100; ++step)
         ASSERT_TRUE(history.Undo());
-    EXPECT_EQ(DeviceBytes(memory), full.dump);
+    EXPECT_EQ(DumpOf(memory), full.dump);
 }
 
 } // namespace

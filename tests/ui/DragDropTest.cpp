@@ -49,9 +49,7 @@ class DragDropTest : public EditorTest {
 protected:
     void SetUp() override
     {
-        StartEditor();
-        FillSampleDocument(Memory());
-        Frame().RefreshViews();
+        StartOnSample();
         std::vector<std::vector<std::unique_ptr<CMidiEvent>>> tracks(2);
         tracks[0].push_back(Channel(0, 0x90, 0x3C, 0x64));
         tracks[1].push_back(Channel(0, 0x91, 0x40, 0x64));

@@ -31,12 +31,7 @@ std::vector<int> StepParts(const CMmt8Song& song)
 
 class EditCommandsTest : public EditorTest {
 protected:
-    void SetUp() override
-    {
-        StartEditor();
-        FillSampleDocument(Memory());
-        Frame().RefreshViews();
-    }
+    void SetUp() override { StartOnSample(); }
 };
 
 TEST_F(EditCommandsTest, DeleteInTheTreeAsksOnlyForAllPartsOrAllSongs)

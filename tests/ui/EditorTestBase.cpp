@@ -5,9 +5,11 @@
 #include "ui/ListPane.h"
 #include "ui/TreePane.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QPushButton>
+#include <QTest>
 
 namespace tarvix::testing {
 
@@ -21,7 +23,23 @@ void EditorTest::StartEditor()
     ProcessEvents();
 }
 
-void EditorTest::SelectInList(Node node, std::initializer_list<int> rows)
+void EditorTest::StartOnSample()
+{
+    StartEditor();
+    FillSampleDocument(Memory());
+    Frame().RefreshViews();
+    ProcessEvents();
+}
+
+void EditorTest::Press(int key, Qt::KeyboardModifiers modifiers)
+{
+    QWidget* focused = QApplication::focusWidget();
+    ASSERT_NE(focused, nullptr);
+    QTest::keyClick(focused, static_cast<Qt::Key>(key), modifiers);
+    ProcessEvents();
+}
+
+void EditorTest::SelectInList(Node node, const std::vector<int>& rows)
 {
     Frame().Tree().SelectNode(node);
     Frame().SwitchPane(Pane::List);

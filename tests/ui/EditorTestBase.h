@@ -2,8 +2,10 @@
 
 #include "UiTestBase.h"
 
+#include <Qt>
+
 #include <functional>
-#include <initializer_list>
+#include <vector>
 
 class QDialog;
 
@@ -13,9 +15,13 @@ namespace tarvix::testing {
 class EditorTest : public UiTest {
 protected:
     void StartEditor();
+    // The editor on the sample document (FillSampleDocument), drawn.
+    void StartOnSample();
+    // Presses key on whatever has the focus, as a user would.
+    static void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     // Shows node in the list, makes the list the active pane and selects
     // exactly rows (in the order given).
-    void SelectInList(Node node, std::initializer_list<int> rows);
+    void SelectInList(Node node, const std::vector<int>& rows);
     // Runs the next program dialog through answer, which gets it shown.
     void AnswerNextDialog(std::function<int(QDialog&)> answer);
 };

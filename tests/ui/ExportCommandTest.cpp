@@ -20,12 +20,7 @@ namespace {
 
 class ExportCommandTest : public EditorTest {
 protected:
-    void SetUp() override
-    {
-        StartEditor();
-        FillSampleDocument(Memory());
-        Frame().RefreshViews();
-    }
+    void SetUp() override { StartOnSample(); }
 
     void SelectInTree(Node node)
     {
@@ -51,46 +46,23 @@ protected:
 
 TEST_F(ExportCommandTest, EveryKindOfSelectionWritesAMidiFile)
 {
+    // A node alone is selected in the tree, a node with rows in the list.
     struct Case {
         const char* name;
-        std::function<void()> select;
+        Node node;
+        std::vector<int> rows;
     };
-    const std::vector<Case> cases = {
-        {"all-parts.mid",
-         [this] {
-             SelectInTree({NodeKind::AllParts, 0});
-         }},
-        {"part.mid",
-         [this] {
-             SelectInTree({NodeKind::Part, 3});
-         }},
-        {"all-songs.mid",
-         [this] {
-             SelectInTree({NodeKind::AllSongs, 0});
-         }},
-        {"song.mid",
-         [this] {
-             SelectInTree({NodeKind::Song, 7});
-         }},
-        {"parts.mid",
-         [this] {
-             SelectInList({NodeKind::AllParts, 0}, {3, 12});
-         }},
-        {"tracks.mid",
-         [this] {
-             SelectInList({NodeKind::Part, 3}, {1});
-         }},
-        {"songs.mid",
-         [this] {
-             SelectInList({NodeKind::AllSongs, 0}, {7});
-         }},
-        {"steps.mid",
-         [this] {
-             SelectInList({NodeKind::Song, 7}, {0, 1});
-         }},
+    const Case cases[] = {
+        {"all-parts.mid", {NodeKind::AllParts, 0}, {}},  {"part.mid", {NodeKind::Part, 3}, {}},
+        {"all-songs.mid", {NodeKind::AllSongs, 0}, {}},  {"song.mid", {NodeKind::Song, 7}, {}},
+        {"parts.mid", {NodeKind::AllParts, 0}, {3, 12}}, {"tracks.mid", {NodeKind::Part, 3}, {1}},
+        {"songs.mid", {NodeKind::AllSongs, 0}, {7}},     {"steps.mid", {NodeKind::Song, 7}, {0, 1}},
     };
     for (const Case& c : cases) {
-        c.select();
+        if (c.rows.empty())
+            SelectInTree(c.node);
+        else
+            SelectInList(c.node, c.rows);
         const int reported = CMessageBox::ShownCount();
         const QByteArray bytes = Contents(Export(c.name));
         EXPECT_TRUE(bytes.startsWith("MThd")) << c.name;

@@ -62,6 +62,7 @@ TEST_F(FailedLoadTest, OpenKeepsTheDocumentAndSaveWritesItsParts)
     ExpectReportedAndKept(QStringLiteral("Tarvix - ") + m_good);
     EXPECT_EQ(Memory().modified, 0);
     EXPECT_EQ(PartLabel(3), QStringLiteral("03  Bass line"));
+    EXPECT_FALSE(Frame().RecentFiles().Entries().contains(m_bad));
 
     TriggerAction("fileSave");
     CMmt8Memory saved;

@@ -76,25 +76,6 @@ TEST_F(FileCommandsTest, OpenDialogAsksForSysExFilesFromTheCurrentFile)
     EXPECT_EQ(Frame().CurrentPath(), path);
 }
 
-TEST_F(FileCommandsTest, AFileThatDoesNotLoadIsReportedAndTheViewsRefresh)
-{
-    const QString bad = TempFile("bad.syx");
-    QFile file(bad);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("not a dump");
-    file.close();
-    Start();
-    const int shown = CMessageBox::ShownCount();
-    CFileDialog::SetNextFileName(bad);
-    TriggerAction("fileOpen");
-    EXPECT_EQ(CMessageBox::ShownCount(), shown + 1);
-    EXPECT_TRUE(CMessageBox::LastText().startsWith(QStringLiteral("Invalid sysex")))
-        << CMessageBox::LastText().toStdString();
-    EXPECT_EQ(CMessageBox::LastIcon(), QMessageBox::Critical);
-    EXPECT_EQ(Frame().windowTitle(), QStringLiteral("Tarvix"));
-    EXPECT_TRUE(Frame().RecentFiles().Entries().isEmpty());
-}
-
 TEST_F(FileCommandsTest, SaveWithoutAFileAsksForANameThenSavesThere)
 {
     Start();

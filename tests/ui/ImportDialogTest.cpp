@@ -69,9 +69,7 @@ class ImportDialogTest : public EditorTest {
 protected:
     void SetUp() override
     {
-        StartEditor();
-        FillSampleDocument(Memory());
-        Frame().RefreshViews();
+        StartOnSample();
         // A conductor track of meta events only, a named voice, an
         // unnamed voice, and SysEx alone.
         m_voices = WriteMidi("voices.mid", MakeFile(1, 96, [] {

@@ -9,7 +9,7 @@
 #include "simulator/SimulatedMmt8.h"
 #include "simulator/SimulatorPorts.h"
 #include "support/JackServer.h"
-#include "support/RandomDocument.h"
+#include "support/SeededDocuments.h"
 #include "transport/drivers/SystemMidiService.h"
 #include "ui/transfer/MidiProgressDlg.h"
 
@@ -24,34 +24,6 @@ namespace tarvix::testing {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-bool WaitUntil(const std::function<bool()>& condition)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline)
-            return false;
-        QApplication::processEvents();
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
-}
-
-void MakeDocument(CMmt8Memory& memory, unsigned seed)
-{
-    std::mt19937 random(seed);
-    FillRandomDocument(memory, random, {5, 10, 5, 20});
-}
-
-Bytes DumpOf(unsigned seed)
-{
-    CMmt8Memory memory;
-    MakeDocument(memory, seed);
-    Bytes dump;
-    std::string error;
-    EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
-    return dump;
-}
 
 class JackTransferTest : public UiTest {
 protected:

@@ -15,21 +15,7 @@ namespace {
 // Every key pressed on the widget that has the focus, as a user presses it.
 class KeyboardTest : public EditorTest {
 protected:
-    void SetUp() override
-    {
-        StartEditor();
-        FillSampleDocument(Memory());
-        Frame().RefreshViews();
-        ProcessEvents();
-    }
-
-    static void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        QWidget* focused = QApplication::focusWidget();
-        ASSERT_NE(focused, nullptr);
-        QTest::keyClick(focused, static_cast<Qt::Key>(key), modifiers);
-        ProcessEvents();
-    }
+    void SetUp() override { StartOnSample(); }
 
     void FocusList(Node node, std::initializer_list<int> rows)
     {

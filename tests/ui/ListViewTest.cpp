@@ -1,5 +1,6 @@
 #include "UiTestBase.h"
 
+#include "model/ListCells.h"
 #include "ui/ListModel.h"
 #include "ui/ListPane.h"
 #include "ui/TreePane.h"
@@ -31,12 +32,9 @@ QStringList Headers(const CListModel& model)
     return titles;
 }
 
-QString Number(std::uint32_t value)
-{
-    return QString::number(value);
-}
-
-TEST(ListModelTest, FourLayoutsWithTheirColumnsAndCells)
+// The cells' texts are the model's (ListCellsTest); here each node shows
+// its kind's columns and rows, and the Qt model keeps Qt's rules.
+TEST(ListModelTest, EachNodeShowsItsKindsColumnsAndCells)
 {
     CMmt8Memory memory;
     FillSampleDocument(memory);
@@ -45,43 +43,27 @@ TEST(ListModelTest, FourLayoutsWithTheirColumnsAndCells)
     EXPECT_EQ(model.rowCount(), 0);
     EXPECT_EQ(model.columnCount(), 0);
 
-    model.ShowNode({NodeKind::AllParts, 0});
-    EXPECT_EQ(Headers(model), (QStringList{"##", "Part name", "Number of beats", "Size in bytes"}));
-    EXPECT_EQ(model.rowCount(), 100);
-    EXPECT_EQ(Row(model, 3), (QStringList{" 03", "Bass line", "4", Number(memory.GetPartSize(3))}));
-    EXPECT_EQ(Row(model, 99), (QStringList{" 99", "", "", Number(memory.GetPartSize(99))}));
-
-    model.ShowNode({NodeKind::Part, 3});
-    EXPECT_EQ(Headers(model),
-              (QStringList{"##", "Midi channel", "Number of events", "Size in bytes"}));
-    ASSERT_EQ(model.rowCount(), 8);
-    EXPECT_EQ(Row(model, 0),
-              (QStringList{" 01", "Unchanged", "0", Number(memory.GetTrackSize(3, 0))}));
-    EXPECT_EQ(Row(model, 1), (QStringList{" 02", "5", "2", Number(memory.GetTrackSize(3, 1))}));
-    EXPECT_EQ(Row(model, 7)[0], QStringLiteral(" 08"));
-
-    model.ShowNode({NodeKind::AllSongs, 0});
-    EXPECT_EQ(Headers(model),
-              (QStringList{"##", "Song name", "Beats per minute", "Size in bytes"}));
-    EXPECT_EQ(Row(model, 7), (QStringList{" 07", "Verse", "96", Number(memory.GetSongSize(7))}));
-    EXPECT_EQ(Row(model, 8)[2], QString());
-
-    model.ShowNode({NodeKind::Song, 7});
-    EXPECT_EQ(Headers(model),
-              (QStringList{"##", "Part name", "Number of beats", "Tracks enabled"}));
-    ASSERT_EQ(model.rowCount(), 3);
-    EXPECT_EQ(Row(model, 0), (QStringList{" 03", "Bass line", "4", "All"}));
-    EXPECT_EQ(Row(model, 1), (QStringList{" 12", "Drums", "8", "1 3 5 "}));
-    EXPECT_EQ(Row(model, 2), (QStringList{" 00", "", "", "None"}));
-
-    model.ShowNode({NodeKind::Song, 8});
-    EXPECT_EQ(model.rowCount(), 0);
-    EXPECT_EQ(Headers(model),
-              (QStringList{"##", "Part name", "Number of beats", "Tracks enabled"}));
-    EXPECT_EQ(model.ColumnWidthUnits(0), 1);
-    EXPECT_EQ(model.ColumnWidthUnits(1), 5);
-    EXPECT_EQ(model.ColumnWidthUnits(2), 4);
-    EXPECT_EQ(model.ColumnWidthUnits(3), 0);
+    const std::pair<Node, int> shown[] = {{{NodeKind::AllParts, 0}, 100},
+                                          {{NodeKind::Part, 3}, 8},
+                                          {{NodeKind::AllSongs, 0}, 100},
+                                          {{NodeKind::Song, 7}, 3},
+                                          {{NodeKind::Song, 8}, 0}};
+    for (const auto& [node, rows] : shown) {
+        SCOPED_TRACE(node.index);
+        model.ShowNode(node);
+        const ListKind kind = *ListKindFor(node.kind);
+        const auto columns = GetListColumns(kind);
+        ASSERT_EQ(model.columnCount(), static_cast<int>(columns.size()));
+        ASSERT_EQ(model.rowCount(), rows);
+        for (int column = 0; column < model.columnCount(); ++column) {
+            const ListColumn& expected = columns[static_cast<std::size_t>(column)];
+            EXPECT_EQ(Headers(model)[column], QString::fromLatin1(expected.title));
+            EXPECT_EQ(model.ColumnWidthUnits(column), expected.widthUnits);
+            for (int row = 0; row < rows; ++row)
+                EXPECT_EQ(Row(model, row)[column].toStdString(),
+                          GetListCellText(memory, kind, node.index, row, column));
+        }
+    }
 }
 
 TEST(ListModelTest, SameKindRedrawsButStepListsAreRebuilt)
@@ -222,10 +204,7 @@ TEST_F(ListViewTest, ContextMenusFollowTheNodeKind)
         const std::unique_ptr<QMenu> menu = Frame().BuildContextMenu(Pane::List);
         ASSERT_NE(menu, nullptr);
         EXPECT_EQ(menu->objectName(), QString::fromLatin1(c.name));
-        QStringList texts;
-        for (QAction* action : menu->actions())
-            texts << action->text();
-        EXPECT_EQ(texts, c.texts) << c.name;
+        EXPECT_EQ(ActionTexts(*menu), c.texts) << c.name;
         EXPECT_TRUE(menu->actions().last()->isEnabled()) << c.name;
     }
     // An item runs its command in the list.

@@ -3,6 +3,7 @@
 #include "framework/DialogRunner.h"
 #include "framework/MessageBox.h"
 #include "model/SysexDump.h"
+#include "support/Bytes.h"
 #include "transport/ports/MidiIn.h"
 #include "transport/ports/MidiOut.h"
 #include "transport/transfer/SysexTransfer.h"
@@ -26,14 +27,6 @@ Bytes UnknownSysex(std::size_t size)
     bytes[1] = 0x7D;
     bytes.back() = 0xF7;
     return bytes;
-}
-
-Bytes Concat(std::initializer_list<Bytes> parts)
-{
-    Bytes all;
-    for (const Bytes& part : parts)
-        all.insert(all.end(), part.begin(), part.end());
-    return all;
 }
 
 class TransferCommandsTest : public TransportUiTest {

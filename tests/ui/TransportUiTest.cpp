@@ -74,39 +74,4 @@ CMidiOut& TransportUiTest::Output()
     return *m_app->Ports().OutputPort();
 }
 
-bool TransportUiTest::WaitUntil(const std::function<bool()>& condition)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline)
-            return false;
-        QApplication::processEvents();
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
-
-void TransportUiTest::MakeDocument(CMmt8Memory& memory, unsigned seed)
-{
-    std::mt19937 random(seed);
-    FillRandomDocument(memory, random, {5, 10, 5, 20});
-}
-
-Bytes TransportUiTest::DumpOf(unsigned seed)
-{
-    CMmt8Memory memory;
-    MakeDocument(memory, seed);
-    Bytes dump;
-    std::string error;
-    EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
-    return dump;
-}
-
-std::string TransportUiTest::DifferenceFrom(unsigned seed, const CMmt8Memory& memory)
-{
-    CMmt8Memory expected;
-    MakeDocument(expected, seed);
-    return DescribeDifference(expected, memory);
-}
-
 } // namespace tarvix::testing

@@ -3,6 +3,7 @@
 #include "UiTestBase.h"
 
 #include "simulator/SimulatedMmt8.h"
+#include "support/SeededDocuments.h"
 #include "transport/drivers/loopback/LoopbackMidiDriver.h"
 
 #include <cstdint>
@@ -45,15 +46,6 @@ protected:
     // The simulated device on the other end of the cable, its own ports on
     // a second Loopback driver wired to ours; before the start.
     CSimulatedMmt8& ConnectSimulatedDevice(Bytes memory, bool wireSpeed);
-
-    // Runs the event loop until the condition holds; false after a long while.
-    static bool WaitUntil(const std::function<bool()>& condition);
-
-    // A random document, and its dump as the device sends it.
-    static void MakeDocument(CMmt8Memory& memory, unsigned seed);
-    static Bytes DumpOf(unsigned seed);
-    // Empty when memory holds the document of that seed.
-    static std::string DifferenceFrom(unsigned seed, const CMmt8Memory& memory);
 
 private:
     std::unique_ptr<CLoopbackMidiDriver> m_ownedDriver;

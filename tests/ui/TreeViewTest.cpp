@@ -174,10 +174,7 @@ TEST_F(TreeViewTest, ContextMenusFollowTheNodeKind)
         const std::unique_ptr<QMenu> menu = Frame().BuildContextMenu(Pane::Tree);
         ASSERT_NE(menu, nullptr);
         EXPECT_EQ(menu->objectName(), QString::fromLatin1(c.name));
-        QStringList texts;
-        for (QAction* action : menu->actions())
-            texts << action->text();
-        EXPECT_EQ(texts, c.texts) << c.name;
+        EXPECT_EQ(ActionTexts(*menu), c.texts) << c.name;
         // Enabled as the commands are: Rename on a single item, Paste not
         // without records on the clipboard.
         EXPECT_TRUE(menu->actions()[0]->isEnabled());

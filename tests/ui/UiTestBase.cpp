@@ -10,6 +10,9 @@
 #include <QApplication>
 #include <QDialog>
 
+#include <chrono>
+#include <thread>
+
 namespace tarvix::testing {
 
 void CRecordingCommands::ShowOptions(int page, int focusControl)
@@ -66,6 +69,26 @@ void UiTest::Start(const QStringList& arguments)
                                            std::move(ports), std::move(commands));
     m_app->Start(arguments);
     ProcessEvents();
+}
+
+QStringList UiTest::ActionTexts(const QMenu& menu)
+{
+    QStringList texts;
+    for (const QAction* action : menu.actions())
+        texts << action->text();
+    return texts;
+}
+
+bool UiTest::WaitUntil(const std::function<bool()>& condition)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        QApplication::processEvents();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
 }
 
 void UiTest::Stop()

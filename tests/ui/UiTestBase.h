@@ -9,9 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QMenu>
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <ostream>
 
@@ -79,6 +81,10 @@ protected:
     bool IsEnabled(const char* objectName);
     // Runs the events queued, as the message loop would between inputs.
     static void ProcessEvents();
+    // The texts of the menu's items, in order.
+    static QStringList ActionTexts(const QMenu& menu);
+    // Runs the event loop until the condition holds; false after a long while.
+    static bool WaitUntil(const std::function<bool()>& condition);
 
     // A .syx file of the document in the test's folder.
     QString WriteSyx(const char* name, const CMmt8Memory& memory);

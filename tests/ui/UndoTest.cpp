@@ -6,7 +6,7 @@
 #include "framework/FileDialog.h"
 #include "framework/MessageBox.h"
 #include "framework/UpDownEdit.h"
-#include "model/SysexDump.h"
+#include "support/SeededDocuments.h"
 #include "ui/ListModel.h"
 #include "ui/ListPane.h"
 #include "ui/NavigationModel.h"
@@ -32,23 +32,9 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// The document as the device would get it: what undo must bring back.
-Bytes DeviceBytes(const CMmt8Memory& memory)
-{
-    Bytes dump;
-    std::string error;
-    EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
-    return dump;
-}
-
 class UndoTest : public EditorTest {
 protected:
-    void SetUp() override
-    {
-        StartEditor();
-        FillSampleDocument(Memory());
-        Frame().RefreshViews();
-    }
+    void SetUp() override { StartOnSample(); }
 
     QString ActionText(const char* name)
     {
@@ -61,17 +47,17 @@ protected:
     void ExpectUndoRedo(const QString& step, const std::function<void()>& command)
     {
         SCOPED_TRACE(step.toStdString());
-        const Bytes before = DeviceBytes(Memory());
+        const Bytes before = DumpOf(Memory());
         command();
         ProcessEvents();
-        const Bytes after = DeviceBytes(Memory());
+        const Bytes after = DumpOf(Memory());
         ASSERT_NE(after, before);
         EXPECT_EQ(ActionText("editUndo"), QStringLiteral("&Undo %1\tCtrl+Z").arg(step));
         TriggerAction("editUndo");
-        EXPECT_EQ(DeviceBytes(Memory()), before);
+        EXPECT_EQ(DumpOf(Memory()), before);
         EXPECT_EQ(ActionText("editRedo"), QStringLiteral("&Redo %1\tCtrl+Y").arg(step));
         TriggerAction("editRedo");
-        EXPECT_EQ(DeviceBytes(Memory()), after);
+        EXPECT_EQ(DumpOf(Memory()), after);
     }
 
     QString TreeLabel(Node node)
@@ -349,14 +335,14 @@ TEST_F(UndoTest, TheKeysUndoTypingWhileANameIsEditedAndTheDocumentOtherwise)
 TEST_F(UndoTest, AHundredStepsGoBackOneByOne)
 {
     SelectInList({NodeKind::Song, 7}, {0});
-    const Bytes start = DeviceBytes(Memory());
+    const Bytes start = DumpOf(Memory());
     for (int i = 0; i < 150; ++i)
         TriggerAction("editInsertStep");
     EXPECT_EQ(Memory().Song(7).steps.size(), 153u);
     for (int i = 0; i < 150; ++i)
         TriggerAction("editUndo");
     EXPECT_FALSE(IsEnabled("editUndo"));
-    EXPECT_EQ(DeviceBytes(Memory()), start);
+    EXPECT_EQ(DumpOf(Memory()), start);
     EXPECT_EQ(Frame().List().Model().rowCount(), 3);
 }
 

@@ -1,5 +1,7 @@
 #include "EditorTestBase.h"
 
+#include "model/EventBuilders.h"
+
 #include "ui/ListPane.h"
 #include "ui/TreePane.h"
 #include "ui/views/PianoRollView.h"
@@ -20,18 +22,6 @@
 namespace tarvix::testing {
 namespace {
 
-std::unique_ptr<CMmt8NoteEvent> MakeNote(std::uint16_t time, std::uint8_t pitch,
-                                         std::uint16_t duration, std::uint8_t velocity)
-{
-    auto note = std::make_unique<CMmt8NoteEvent>();
-    note->time = time;
-    note->timed = 1;
-    note->data1 = pitch;
-    note->data2 = velocity;
-    note->duration = duration;
-    return note;
-}
-
 class ViewWindowsTest : public EditorTest {
 protected:
     void SetUp() override
@@ -41,8 +31,8 @@ protected:
         // Part 3 gains a chord on track 5 and a controller on track 1
         // beside the two notes of track 2.
         auto& chord = Memory().Part(3).tracks[4].events;
-        chord.push_back(MakeNote(192, 64, 96, 40));
-        chord.push_back(MakeNote(192, 67, 96, 127));
+        chord.push_back(test::Note(192, 64, 96, 0, 40));
+        chord.push_back(test::Note(192, 67, 96, 0, 127));
         chord.back()->timed = 0;
         auto volume = std::make_unique<CMmt8ControlEvent>();
         volume->time = 0x60;
@@ -51,15 +41,6 @@ protected:
         volume->data2 = 0x64;
         Memory().Part(3).tracks[0].events.push_back(std::move(volume));
         Frame().RefreshViews();
-        ProcessEvents();
-    }
-
-    // Presses key on whatever has the focus, as a user would.
-    static void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        QWidget* focused = QApplication::focusWidget();
-        ASSERT_NE(focused, nullptr);
-        QTest::keyClick(focused, static_cast<Qt::Key>(key), modifiers);
         ProcessEvents();
     }
 

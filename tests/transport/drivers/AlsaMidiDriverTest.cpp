@@ -16,7 +16,7 @@ TEST(AlsaMidiDriverTest, WithoutASequencerListsNoPortsAndSaysWhy)
     if (access("/dev/snd/seq", F_OK) == 0) {
         GTEST_SKIP() << "this machine has an ALSA sequencer";
     }
-    testing::internal::CaptureStderr();
+    ::testing::internal::CaptureStderr();
     CAlsaMidiDriver driver;
     EXPECT_EQ(driver.GetName(), "ALSA");
     EXPECT_EQ(driver.GetNumDevs(MidiDirection::Input), 0u);
@@ -28,7 +28,7 @@ TEST(AlsaMidiDriverTest, WithoutASequencerListsNoPortsAndSaysWhy)
     EXPECT_EQ(driver.OpenVirtual(MidiDirection::Input, "in", nullptr, nullptr, handle),
               kMidiNoDriver);
     EXPECT_EQ(driver.Close(handle), kMidiInvalidHandle);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 
 } // namespace

@@ -5,8 +5,8 @@
 // period) and as one buffer (about 1.5 MB/s: a MIDI port buffer carries
 // about 32 KB a period, the rest goes in the following periods).
 
-#include "MidiCallbackRecorder.h"
 #include "support/JackServer.h"
+#include "support/MidiCallbackRecorder.h"
 
 #include "transport/drivers/jack/JackBridgeRoute.h"
 #include "transport/drivers/jack/JackMidiDriver.h"
@@ -88,11 +88,11 @@ struct Endpoint {
 };
 
 // Sends data through out's buffers, giving them back as they return, while
-// in's buffers are given back as they fill; what arrived, once expected
-// bytes did (all of them unless said) or the time is up.
-Bytes Transfer(Endpoint& out, Endpoint& in, const Bytes& data, std::size_t expected = 0)
+// in's buffers are given back as they fill; what arrived, once all of it
+// did or the time is up.
+Bytes Transfer(Endpoint& out, Endpoint& in, const Bytes& data)
 {
-    expected = expected == 0 ? data.size() : expected;
+    const std::size_t expected = data.size();
     for (const auto& buffer : in.buffers) {
         EXPECT_EQ(in.driver.AddBuffer(in.handle, buffer->header), kMidiNoError);
     }
@@ -192,75 +192,18 @@ TEST_F(JackMidiDriverTest, ListsOtherClientsPortsByTheirJackNames)
     EXPECT_EQ(program->GetUnavailableReason(), "");
 }
 
-TEST_F(JackMidiDriverTest, SysexOf70000BytesCrossesWholeEitherWay)
+// 256-byte pieces both ways are the driver contract's; what only JACK does
+// is a buffer larger than a period's port buffer, sent over several periods.
+TEST_F(JackMidiDriverTest, ASysexLargerThanAPeriodHoldsCrossesWhole)
 {
     Endpoint deviceOut(*device);
-    Endpoint deviceIn(*device);
-    Endpoint programOut(*program);
     Endpoint programIn(*program);
     ASSERT_EQ(deviceOut.OpenVirtual(*device, MidiDirection::Output, "out"), kMidiNoError);
-    ASSERT_EQ(deviceIn.OpenVirtual(*device, MidiDirection::Input, "in"), kMidiNoError);
-    ASSERT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
     ASSERT_EQ(programIn.Open(MidiDirection::Input, "tarvix-device:out"), kMidiNoError);
-
-    // The program's way: 256-byte buffers out and in.
-    const Bytes dump = MakeSysex(70000, 1);
-    programOut.MakeBuffers(16, 256);
-    deviceIn.MakeBuffers(16, 256);
-    EXPECT_EQ(Transfer(programOut, deviceIn, dump), dump);
-
-    // The whole dump in one buffer: more than a period's port buffer holds,
-    // so it goes out over several periods.
     const Bytes answer = MakeSysex(70000, 2);
     deviceOut.MakeBuffers(1, 70000);
     programIn.MakeBuffers(16, 256);
     EXPECT_EQ(Transfer(deviceOut, programIn, answer), answer);
-}
-
-TEST_F(JackMidiDriverTest, ResetTakesBackWhatWasNotSentAndTheNextMessageArrivesWhole)
-{
-    Endpoint deviceIn(*device);
-    Endpoint programOut(*program);
-    ASSERT_EQ(deviceIn.OpenVirtual(*device, MidiDirection::Input, "in"), kMidiNoError);
-    ASSERT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
-    deviceIn.MakeBuffers(64, 1024);
-    for (const auto& buffer : deviceIn.buffers) {
-        ASSERT_EQ(device->AddBuffer(deviceIn.handle, buffer->header), kMidiNoError);
-    }
-    ASSERT_EQ(device->Start(deviceIn.handle), kMidiNoError);
-
-    TestBuffer& big = programOut.Own(MakeSysex(300000));
-    ASSERT_EQ(program->PrepareHeader(programOut.handle, big.header), kMidiNoError);
-    ASSERT_EQ(program->LongMsg(programOut.handle, big.header), kMidiNoError);
-    EXPECT_EQ(program->Close(programOut.handle), kMidiStillPlaying);
-    ASSERT_EQ(program->Reset(programOut.handle), kMidiNoError);
-    const auto done = programOut.recorder.Calls(MidiCallbackMessage::BufferDone);
-    ASSERT_EQ(done.size(), 1u);
-    EXPECT_EQ(done[0].header, &big.header);
-    EXPECT_EQ(program->UnprepareHeader(programOut.handle, big.header), kMidiNoError);
-
-    TestBuffer& small = programOut.Own(Bytes{0xF0, 0x43, 0x10, 0x4C, 0x00, 0xF7});
-    ASSERT_EQ(program->PrepareHeader(programOut.handle, small.header), kMidiNoError);
-    ASSERT_EQ(program->LongMsg(programOut.handle, small.header), kMidiNoError);
-    ASSERT_TRUE(deviceIn.recorder.WaitFor(
-        [&](const MidiCallbackRecorder& recorder) {
-            const auto calls = recorder.Calls(MidiCallbackMessage::LongData);
-            return !calls.empty() && calls.back().bytes == small.storage;
-        },
-        std::chrono::seconds(10)));
-    EXPECT_LT(deviceIn.recorder.Received().size(), big.storage.size() + small.storage.size());
-}
-
-TEST_F(JackMidiDriverTest, KeepsOnlySysexOutOfWhateverArrives)
-{
-    Endpoint deviceOut(*device);
-    Endpoint programIn(*program);
-    ASSERT_EQ(deviceOut.OpenVirtual(*device, MidiDirection::Output, "out"), kMidiNoError);
-    ASSERT_EQ(programIn.Open(MidiDirection::Input, "tarvix-device:out"), kMidiNoError);
-    deviceOut.MakeBuffers(1, 16);
-    programIn.MakeBuffers(4, 16);
-    const Bytes garbage{0x90, 0x40, 0x7F, 0x05, 0xF7, 0xF0, 0x01, 0xF8, 0x02, 0xF7, 0x80, 0x40};
-    EXPECT_EQ(Transfer(deviceOut, programIn, garbage, 4), (Bytes{0xF0, 0x01, 0x02, 0xF7}));
 }
 
 TEST_F(JackMidiDriverTest, RefusesToSendThroughABridgeThatWouldDropTheMessage)
@@ -556,7 +499,7 @@ TEST(JackXrunTest, AnXrunFailsASendToAHardwarePortOnly)
 TEST(JackMidiDriverNoServerTest, ListsNoPortsAndSaysWhy)
 {
     const std::string server = "tarvix-absent-" + std::to_string(getpid());
-    testing::internal::CaptureStderr();
+    ::testing::internal::CaptureStderr();
     CJackMidiDriver driver("tarvix", server);
     EXPECT_EQ(driver.GetName(), "JACK");
     EXPECT_EQ(driver.GetNumDevs(MidiDirection::Input), 0u);
@@ -566,7 +509,7 @@ TEST(JackMidiDriverNoServerTest, ListsNoPortsAndSaysWhy)
     EXPECT_EQ(driver.OpenVirtual(MidiDirection::Output, "out", nullptr, nullptr, handle),
               kMidiNoDriver);
     EXPECT_EQ(driver.GetClientName(), "");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "MidiCallbackRecorder.h"
+#include "support/MidiCallbackRecorder.h"
 
 #include "transport/drivers/MidiService.h"
 #include "transport/drivers/SystemMidiService.h"

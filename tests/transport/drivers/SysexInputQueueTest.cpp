@@ -1,4 +1,4 @@
-#include "MidiCallbackRecorder.h"
+#include "support/MidiCallbackRecorder.h"
 
 #include "transport/drivers/MidiHeaderRules.h"
 #include "transport/drivers/SysexInputQueue.h"

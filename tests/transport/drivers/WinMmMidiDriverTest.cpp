@@ -5,7 +5,7 @@
 // its port list, its result codes and its texts.
 #include "transport/drivers/winmm/WinMmMidiDriver.h"
 
-#include "MidiCallbackRecorder.h"
+#include "support/MidiCallbackRecorder.h"
 
 #include <gtest/gtest.h>
 

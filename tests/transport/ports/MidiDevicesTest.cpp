@@ -1,4 +1,4 @@
-#include "PortTestSupport.h"
+#include "support/PortTestSupport.h"
 
 #include "transport/StatusReporter.h"
 #include "transport/ports/MidiDevices.h"

@@ -1,4 +1,4 @@
-#include "PortTestSupport.h"
+#include "support/PortTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ TEST_F(MidiInTest, BufferWithoutF0OnAnEmptyListStartsAMessageOfItsOwn)
     input.StartReceive();
     const Bytes sysex = MakeSysex(75);
     device.Feed(sysex.data(), 64); // exactly one full buffer
-    ASSERT_TRUE(WaitUntil([&] { return CopyMessages(input).size() == 1; }));
+    ASSERT_TRUE(Eventually([&] { return CopyMessages(input).size() == 1; }));
 
     input.FreeMessages();
     device.Feed(sysex.data() + 64, 11);

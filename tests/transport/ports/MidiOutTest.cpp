@@ -1,4 +1,4 @@
-#include "PortTestSupport.h"
+#include "support/PortTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -73,7 +73,7 @@ TEST_F(MidiOutTest, LargeMessageGoesOutInBufferPiecesAsBuffersReturn)
 
     // Both buffers are on the wire; each further piece waits for one back.
     for (std::uint32_t sent : {128u, 192u, 256u, 300u}) {
-        ASSERT_TRUE(WaitUntil([&] {
+        ASSERT_TRUE(Eventually([&] {
             return device.GetHeldOutputCount() == 2 && SentBytes() == sent;
         })) << sent;
         device.ReleaseOutput(1);
@@ -99,16 +99,16 @@ TEST_F(MidiOutTest, OnlyTheFirstMessageIsInFlight)
     const Bytes both = Concat(MakeSysex(10, 1), MakeSysex(10, 2));
     ASSERT_TRUE(output.QueueSysex(both, false));
 
-    ASSERT_TRUE(WaitUntil([&] { return device.GetHeldOutputCount() == 1 && SentBytes() == 10; }));
+    ASSERT_TRUE(Eventually([&] { return device.GetHeldOutputCount() == 1 && SentBytes() == 10; }));
     // Free buffers do not start the second message while the first is out.
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_EQ(device.GetHeldOutputCount(), 1u);
 
     device.ReleaseOutput();
     ASSERT_TRUE(
-        WaitUntil([&] { return device.GetHeldOutputCount() == 1 && QueuedMessages() == 1; }));
+        Eventually([&] { return device.GetHeldOutputCount() == 1 && QueuedMessages() == 1; }));
     device.ReleaseOutput();
-    ASSERT_TRUE(WaitUntil([&] { return QueuedMessages() == 0; }));
+    ASSERT_TRUE(Eventually([&] { return QueuedMessages() == 0; }));
     EXPECT_EQ(device.TakeReceived(), both);
 }
 
@@ -117,7 +117,7 @@ TEST_F(MidiOutTest, CloseWithBuffersOnTheWireTakesThemBackFirst)
     OpenOutput(64, 2);
     device.SetHoldOutput(true);
     ASSERT_TRUE(output.QueueSysex(MakeSysex(300), false));
-    ASSERT_TRUE(WaitUntil([&] { return device.GetHeldOutputCount() == 2; }));
+    ASSERT_TRUE(Eventually([&] { return device.GetHeldOutputCount() == 2; }));
 
     EXPECT_TRUE(output.Close());
     EXPECT_FALSE(output.IsOpen());
@@ -131,14 +131,14 @@ TEST_F(MidiOutTest, RefusedSendKeepsTheMessageAndTheCodeUntilTheNextWakeUp)
     driver.longMsgResult = kMidiNotReady;
     const Bytes first = MakeSysex(20, 1);
     ASSERT_TRUE(output.QueueSysex(first, false));
-    ASSERT_TRUE(WaitUntil([&] { return output.GetLastError() == kMidiNotReady; }));
+    ASSERT_TRUE(Eventually([&] { return output.GetLastError() == kMidiNotReady; }));
     EXPECT_EQ(QueuedMessages(), 1u);
     EXPECT_EQ(SentBytes(), 0u);
 
     driver.longMsgResult = kMidiNoError;
     const Bytes second = MakeSysex(20, 2);
     ASSERT_TRUE(output.QueueSysex(second, false));
-    ASSERT_TRUE(WaitUntil([&] { return QueuedMessages() == 0; }));
+    ASSERT_TRUE(Eventually([&] { return QueuedMessages() == 0; }));
     EXPECT_EQ(device.TakeReceived(), Concat(first, second));
 }
 
@@ -194,13 +194,13 @@ TEST_F(PacedMidiOutTest, APortWithACableBehindItGetsNoMoreThanTheCableCarriesPlu
     OpenPaced(256);
     ASSERT_TRUE(paced.QueueSysex(MakeSysex(3000), false));
     // The clock stands still: the lead goes at once, then nothing.
-    ASSERT_TRUE(WaitUntil([&] { return Received() == CCablePacer::kDefaultLead; }));
+    ASSERT_TRUE(Eventually([&] { return Received() == CCablePacer::kDefaultLead; }));
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
     EXPECT_EQ(Received(), CCablePacer::kDefaultLead);
 
     // One buffer's worth of cable time lets exactly one more buffer go.
     clock.Advance(CCablePacer::kByteTime * 256);
-    ASSERT_TRUE(WaitUntil([&] { return Received() == CCablePacer::kDefaultLead + 256; }));
+    ASSERT_TRUE(Eventually([&] { return Received() == CCablePacer::kDefaultLead + 256; }));
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
     EXPECT_EQ(Received(), CCablePacer::kDefaultLead + 256);
 
@@ -208,14 +208,14 @@ TEST_F(PacedMidiOutTest, APortWithACableBehindItGetsNoMoreThanTheCableCarriesPlu
     while (Received() < 3000) {
         const std::size_t before = Received();
         clock.Advance(CCablePacer::kByteTime * 256);
-        ASSERT_TRUE(WaitUntil([&] { return Received() > before; }));
+        ASSERT_TRUE(Eventually([&] { return Received() > before; }));
     }
     // All handed over is not done: the message stays queued until its last
     // byte could have left the cable.
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     EXPECT_TRUE(IsQueued());
     clock.Advance(CCablePacer::kByteTime * CCablePacer::kDefaultLead);
-    EXPECT_TRUE(WaitUntil([&] { return !IsQueued(); }));
+    EXPECT_TRUE(Eventually([&] { return !IsQueued(); }));
 }
 
 TEST_F(PacedMidiOutTest, PiecesNeverExceedTheLeadHoweverLargeTheBuffers)
@@ -224,9 +224,9 @@ TEST_F(PacedMidiOutTest, PiecesNeverExceedTheLeadHoweverLargeTheBuffers)
     device.SetHoldOutput(false);
     RecordPieces();
     ASSERT_TRUE(paced.QueueSysex(MakeSysex(2000), false));
-    ASSERT_TRUE(WaitUntil([&] { return Pieces().size() == 1; }));
+    ASSERT_TRUE(Eventually([&] { return Pieces().size() == 1; }));
     clock.Advance(CCablePacer::kByteTime * 2000);
-    ASSERT_TRUE(WaitUntil([&] { return Pieces().size() == 2; }));
+    ASSERT_TRUE(Eventually([&] { return Pieces().size() == 2; }));
     EXPECT_EQ(Pieces()[0].size(), CCablePacer::kDefaultLead);
     EXPECT_EQ(Pieces()[1].size(), 2000 - CCablePacer::kDefaultLead);
 }
@@ -255,11 +255,11 @@ TEST_F(MidiOutTest, APortThatFailsMidSendStopsAndCountsOnlyWhatWasHandedOver)
     OpenOutput(64, 4);
     device.SetHoldOutput(true);
     ASSERT_TRUE(output.QueueSysex(MakeSysex(300), false));
-    ASSERT_TRUE(WaitUntil([&] { return device.GetHeldOutputCount() == 4; }));
+    ASSERT_TRUE(Eventually([&] { return device.GetHeldOutputCount() == 4; }));
     ASSERT_EQ(device.ReleaseOutput(1), 1u);
     device.FailOutput("The cable was pulled.");
 
-    ASSERT_TRUE(WaitUntil([&] { return output.HasFailed(); }));
+    ASSERT_TRUE(Eventually([&] { return output.HasFailed(); }));
     EXPECT_EQ(output.GetFailure(), "The cable was pulled.");
     EXPECT_EQ(output.GetHandedOverBytes(), 64u);
     EXPECT_EQ(device.TakeReceived().size(), 64u);

@@ -1,10 +1,10 @@
 #include "transport/transfer/DumpTransfer.h"
 
-#include "../ports/PortTestSupport.h"
 #include "ScriptedView.h"
 #include "model/Mmt8Memory.h"
 #include "model/SysexDump.h"
-#include "support/RandomDocument.h"
+#include "support/PortTestSupport.h"
+#include "support/SeededDocuments.h"
 
 #include <gtest/gtest.h>
 
@@ -13,32 +13,13 @@
 namespace tarvix::test {
 namespace {
 
+using tarvix::testing::DifferenceFrom;
+using tarvix::testing::DumpOf;
+using tarvix::testing::MakeDocument;
+
 class DumpTransferTest : public LoopbackPortTest {
 protected:
     void SetUp() override { OpenInput(256, 64); }
-
-    static void MakeDocument(CMmt8Memory& memory, unsigned seed)
-    {
-        std::mt19937 random(seed);
-        tarvix::testing::FillRandomDocument(memory, random, {5, 10, 5, 20});
-    }
-
-    static Bytes DumpOf(unsigned seed)
-    {
-        CMmt8Memory memory;
-        MakeDocument(memory, seed);
-        Bytes dump;
-        std::string error;
-        EXPECT_TRUE(BuildDump(memory, dump, error)) << error;
-        return dump;
-    }
-
-    static std::string DifferenceFrom(unsigned seed, const CMmt8Memory& memory)
-    {
-        CMmt8Memory expected;
-        MakeDocument(expected, seed);
-        return tarvix::testing::DescribeDifference(expected, memory);
-    }
 
     // The device answers the Receive with these bytes; then the user waits.
     void AnswerWith(const Bytes& bytes, std::size_t messages)

@@ -1,7 +1,7 @@
 #include "transport/transfer/SysexTransfer.h"
 
-#include "../ports/PortTestSupport.h"
 #include "ScriptedView.h"
+#include "support/PortTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -56,7 +56,7 @@ TEST_F(SysexTransferTest, AfterARefusedSendStepThePortsTextIsReported)
     OpenOutput(256, 4);
     driver.longMsgResult = kMidiNotReady;
     ASSERT_TRUE(output.QueueSysex(MakeSysex(10), false));
-    ASSERT_TRUE(WaitUntil([&] { return output.GetLastError() == kMidiNotReady; }));
+    ASSERT_TRUE(Eventually([&] { return output.GetLastError() == kMidiNotReady; }));
 
     EXPECT_FALSE(transfer.SendBytes(Bytes{0x00}));
     EXPECT_EQ(view.reported, std::vector<std::string>{"Can't start sending SysEx message, error: " +
@@ -70,7 +70,7 @@ TEST_F(SysexTransferTest, SendProgressFollowsTheQueueUntilTheLastMessageLeaves)
     const Bytes bytes = Concat(MakeSysex(100, 1), MakeSysex(200, 2));
     view.beforeTick = [&](int tick) {
         if (tick == 0)
-            return WaitUntil([&] { return SentBytes() == 100; });
+            return Eventually([&] { return SentBytes() == 100; });
         device.ReleaseOutput(1);
         return true;
     };
@@ -94,11 +94,11 @@ TEST_F(SysexTransferTest, ReceiveShowsThePromptThenTheGrowingDumpAndEnds)
     view.beforeTick = [&](int tick) {
         if (tick == 1) {
             device.Feed(dump.data(), 10000);
-            return WaitUntil([&] { return ReceivedTotal() == 39 * 256; });
+            return Eventually([&] { return ReceivedTotal() == 39 * 256; });
         }
         if (tick == 2) {
             device.Feed(dump.data() + 10000, dump.size() - 10000);
-            return WaitUntil([&] { return ReceivedTotal() == 40000; });
+            return Eventually([&] { return ReceivedTotal() == 40000; });
         }
         return true;
     };
@@ -123,7 +123,7 @@ TEST_F(SysexTransferTest, ListsTheLastThreeMessagesAndCountsUpToTheDump)
     view.beforeTick = [&](int tick) {
         if (tick == 0)
             device.Feed(Concat(Concat(Concat(unknown, unknown), DumpLike(70000)), unknown));
-        return WaitUntil([&] { return CopyMessages(input).size() == 4; });
+        return Eventually([&] { return CopyMessages(input).size() == 4; });
     };
 
     EXPECT_TRUE(transfer.RunTransfer(AwaitedSysex::Mmt8Dump));
@@ -155,7 +155,7 @@ TEST_F(SysexTransferTest, ASendWhosePortFailsEndsWithAMessageAndFalse)
     const Bytes bytes = MakeSysex(1000);
     view.beforeTick = [this](int tick) {
         if (tick == 0) {
-            EXPECT_TRUE(WaitUntil([&] { return device.GetHeldOutputCount() == 4; }));
+            EXPECT_TRUE(Eventually([&] { return device.GetHeldOutputCount() == 4; }));
             device.ReleaseOutput(2);
             device.FailOutput("The JACK server has shut down.");
         }
@@ -178,7 +178,7 @@ TEST_F(SysexTransferTest, LostInputBytesAreShownWithTheTransfer)
             device.Feed({0xF0, 0x01, 0x02, 0x90, 0x40, 0x7F, 0xF7});
             device.Feed(DumpLike(100));
         }
-        return WaitUntil([&] { return CopyMessages(input).size() == 2; });
+        return Eventually([&] { return CopyMessages(input).size() == 2; });
     };
 
     EXPECT_TRUE(transfer.RunTransfer(AwaitedSysex::Mmt8Dump));

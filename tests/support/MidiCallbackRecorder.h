@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/Bytes.h"
 #include "transport/drivers/MidiDriver.h"
 
 #include <algorithm>
@@ -69,7 +70,6 @@ struct TestBuffer {
     MidiHeader header;
 };
 
-// F0, count - 2 data bytes (a repeating pattern), F7.
-std::vector<std::uint8_t> MakeSysex(std::size_t count, std::uint8_t seed = 0);
+using testing::MakeSysex;
 
 } // namespace tarvix::test

@@ -1,4 +1,4 @@
-#include "MidiCallbackRecorder.h"
+#include "support/MidiCallbackRecorder.h"
 
 namespace tarvix::test {
 
@@ -73,17 +73,6 @@ bool MidiCallbackRecorder::WaitFor(
         m_changed.wait_for(lock, std::chrono::milliseconds(10));
     }
     return true;
-}
-
-std::vector<std::uint8_t> MakeSysex(std::size_t count, std::uint8_t seed)
-{
-    std::vector<std::uint8_t> bytes(count < 2 ? 2 : count);
-    bytes.front() = 0xF0;
-    for (std::size_t i = 1; i + 1 < bytes.size(); ++i) {
-        bytes[i] = static_cast<std::uint8_t>((i * 7 + seed) & 0x7F);
-    }
-    bytes.back() = 0xF7;
-    return bytes;
 }
 
 } // namespace tarvix::test

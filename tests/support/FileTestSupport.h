@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 
+#include "io/FileStream.h"
 #include "support/TempDir.h"
 
 #ifdef _WIN32
@@ -70,6 +71,12 @@ inline std::string SystemText(int code)
 inline std::string FileMessage(const std::string& verb, const std::string& name, int code)
 {
     return "Can't " + verb + " file \"" + name + "\": " + SystemText(code) + "\n";
+}
+
+// Saves text to path as the program saves a file, replacing what is there.
+inline bool Replace(const std::string& path, const std::string& text, std::string& error)
+{
+    return WriteFileReplacing(path, text.data(), static_cast<std::uint32_t>(text.size()), error);
 }
 
 inline std::set<std::string> FolderEntries(const std::filesystem::path& folder)

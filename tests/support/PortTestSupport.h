@@ -1,6 +1,7 @@
 #pragma once
 
-#include "FaultyMidiDriver.h"
+#include "support/Bytes.h"
+#include "support/FaultyMidiDriver.h"
 #include "transport/ports/MidiIn.h"
 #include "transport/ports/MidiOut.h"
 
@@ -14,37 +15,10 @@
 
 namespace tarvix::test {
 
-using Bytes = std::vector<std::uint8_t>;
-
-// F0, data bytes, F7: size bytes in all.
-inline Bytes MakeSysex(std::size_t size, std::uint8_t seed = 0)
-{
-    Bytes bytes(size);
-    for (std::size_t i = 0; i < size; ++i)
-        bytes[i] = static_cast<std::uint8_t>((i + seed) & 0x7F);
-    bytes.front() = 0xF0;
-    bytes.back() = 0xF7;
-    return bytes;
-}
-
-inline Bytes Concat(Bytes first, const Bytes& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
-
-// The workers run on their own threads: tests wait for what they expect,
-// generously, and never for a fixed time.
-inline bool WaitUntil(const std::function<bool()>& condition)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
+using testing::Bytes;
+using testing::Concat;
+using testing::Eventually;
+using testing::MakeSysex;
 
 inline std::vector<Bytes> CopyMessages(const CMidiDevice& port)
 {
@@ -81,7 +55,7 @@ protected:
     // Until the input list holds count messages, the last one complete.
     bool WaitForMessages(std::size_t count)
     {
-        return WaitUntil([&] {
+        return Eventually([&] {
             const auto messages = CopyMessages(input);
             return messages.size() == count && !messages.empty() && messages.back().back() == 0xF7;
         });
