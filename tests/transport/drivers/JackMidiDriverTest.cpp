@@ -391,6 +391,20 @@ protected:
         device = std::make_unique<CJackMidiDriver>("tarvix-device", server.GetName());
     }
 
+    // An asynchronous server shows a new port only once a cycle has
+    // finished the graph, which a loaded machine may delay.
+    static MidiResult OpenWhenListed(Endpoint& endpoint, MidiDirection direction,
+                                     const std::string& remote)
+    {
+        MidiResult result = kMidiBadDeviceId;
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while ((result = endpoint.Open(direction, remote)) == kMidiBadDeviceId &&
+               std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        return result;
+    }
+
     test::JackServer server;
     std::unique_ptr<LateClient> late;
     std::unique_ptr<CJackMidiDriver> program;
@@ -403,8 +417,8 @@ TEST_F(JackMissedCycleTest, ASendDuringCyclesTheProgramMissedFailsWithWhatWasHan
     Endpoint programIn(*program);
     Endpoint programOut(*program);
     ASSERT_EQ(deviceIn.OpenVirtual(*device, MidiDirection::Input, "in"), kMidiNoError);
-    ASSERT_EQ(programIn.Open(MidiDirection::Input, "late:out"), kMidiNoError);
-    ASSERT_EQ(programOut.Open(MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
+    ASSERT_EQ(OpenWhenListed(programIn, MidiDirection::Input, "late:out"), kMidiNoError);
+    ASSERT_EQ(OpenWhenListed(programOut, MidiDirection::Output, "tarvix-device:in"), kMidiNoError);
 
     // Far more than the server moves before the late cycle (drivers do not
     // pace; the port above them does).
@@ -428,7 +442,7 @@ TEST_F(JackMissedCycleTest, ASendDuringCyclesTheProgramMissedFailsWithWhatWasHan
 TEST_F(JackMissedCycleTest, AMessageComingInDuringCyclesTheProgramMissedCountsLostBytes)
 {
     Endpoint programIn(*program);
-    ASSERT_EQ(programIn.Open(MidiDirection::Input, "late:out"), kMidiNoError);
+    ASSERT_EQ(OpenWhenListed(programIn, MidiDirection::Input, "late:out"), kMidiNoError);
     programIn.MakeBuffers(4, 256);
     for (const auto& buffer : programIn.buffers) {
         ASSERT_EQ(program->AddBuffer(programIn.handle, buffer->header), kMidiNoError);
@@ -436,21 +450,31 @@ TEST_F(JackMissedCycleTest, AMessageComingInDuringCyclesTheProgramMissedCountsLo
     ASSERT_EQ(program->Start(programIn.handle), kMidiNoError);
 
     // Cycles missed between two messages cost nothing that can be told.
-    late->SendAroundALateCycle({0xF0, 0x43, 0x01, 0xF7}, {});
+    // (A loaded machine may leave the program out of other cycles too, and
+    // what they carried is gone: so the message goes on both sides.)
+    const Bytes whole{0xF0, 0x43, 0x01, 0xF7};
+    late->SendAroundALateCycle(whole, whole);
     ASSERT_TRUE(programIn.recorder.WaitFor(
         [&](const MidiCallbackRecorder& recorder) {
             return late->IsDone() && !recorder.Calls(MidiCallbackMessage::LongData).empty();
         },
         std::chrono::seconds(10)));
     EXPECT_EQ(program->GetLostInputBytes(programIn.handle), 0u);
-    // In the middle of one, they cost at least a byte.
-    late->SendAroundALateCycle({0xF0, 0x43, 0x02}, {0x03, 0xF7});
-    ASSERT_TRUE(programIn.recorder.WaitFor(
-        [](const MidiCallbackRecorder& recorder) {
-            return recorder.Calls(MidiCallbackMessage::LongData).size() >= 2;
-        },
-        std::chrono::seconds(10)));
-    EXPECT_GE(program->GetLostInputBytes(programIn.handle), 1u);
+    // In the middle of one, they cost at least a byte. The program must
+    // have been run in the cycle that carried the message's start, which
+    // on a loaded machine is likely, not sure: so a few messages.
+    bool counted = false;
+    for (int message = 0; message < 5 && !counted; ++message) {
+        ASSERT_TRUE(programIn.recorder.WaitFor(
+            [&](const MidiCallbackRecorder&) { return late->IsDone(); }, std::chrono::seconds(10)));
+        late->SendAroundALateCycle({0xF0, 0x43, 0x02}, {0x03, 0xF7});
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+        while (!counted && std::chrono::steady_clock::now() < deadline) {
+            counted = program->GetLostInputBytes(programIn.handle) >= 1;
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+    }
+    EXPECT_TRUE(counted);
 }
 
 // On a synchronous server no client misses a cycle, but the late one makes
