@@ -48,18 +48,20 @@ bool ParseSteps(const std::string& text, MidiSelection& selection, std::string& 
 
 } // namespace
 
-std::vector<OptionSpec> SelectionOptions()
+std::vector<OptionSpec> WithSelectionOptions(std::vector<OptionSpec> options)
 {
-    return {
-        {"--part", true, "SELECTION: one part, 0-99"},
-        {"--tracks", true, "with --part: some of its tracks, 1-8 (3,6)"},
-        {"--parts", true, "SELECTION: parts (3,5,9)"},
-        {"--all-parts", false, "SELECTION: every part"},
-        {"--song", true, "SELECTION: one song, 0-99"},
-        {"--songs", true, "SELECTION: songs (1,4)"},
-        {"--all-songs", false, "SELECTION: every song"},
-        {"--steps", true, "SELECTION: steps of a song, from 1 (SONG:1,2)"},
-    };
+    options.insert(options.end(),
+                   {
+                       {"--part", true, "SELECTION: one part, 0-99"},
+                       {"--tracks", true, "with --part: some of its tracks, 1-8 (3,6)"},
+                       {"--parts", true, "SELECTION: parts (3,5,9)"},
+                       {"--all-parts", false, "SELECTION: every part"},
+                       {"--song", true, "SELECTION: one song, 0-99"},
+                       {"--songs", true, "SELECTION: songs (1,4)"},
+                       {"--all-songs", false, "SELECTION: every song"},
+                       {"--steps", true, "SELECTION: steps of a song, from 1 (SONG:1,2)"},
+                   });
+    return options;
 }
 
 bool ParseSelection(const ParsedArguments& arguments, MidiSelection& selection, std::string& error)
@@ -108,20 +110,24 @@ bool ParseSelection(const ParsedArguments& arguments, MidiSelection& selection, 
     return true;
 }
 
-bool CheckSelectedSteps(const CMmt8Memory& memory, const MidiSelection& selection,
-                        std::string& error)
+int LoadSelectedDocument(const ICliCommand& command, const std::string& path,
+                         const MidiSelection& selection, CMmt8Memory& memory,
+                         const CliOutput& output)
 {
+    if (!LoadDocument(memory, path, output))
+        return kExitFailure;
     if (selection.kind != MidiSelectionKind::Steps)
-        return true;
+        return kExitSuccess;
     const auto count = static_cast<int>(memory.Song(selection.index).steps.size());
     for (const int step : selection.items) {
-        if (step >= count) {
-            error = "invalid step '" + std::to_string(step + 1) + "' (song " +
-                    std::to_string(selection.index) + " has " + std::to_string(count) + " steps)";
-            return false;
-        }
+        if (step >= count)
+            return UsageError(command,
+                              "invalid step '" + std::to_string(step + 1) + "' (song " +
+                                  std::to_string(selection.index) + " has " +
+                                  std::to_string(count) + " steps)",
+                              output);
     }
-    return true;
+    return kExitSuccess;
 }
 
 bool ParseNumberList(const std::string& text, const char* what, int lowest, int highest,

@@ -12,10 +12,10 @@ class CMmt8Memory;
 
 namespace tarvix::cli {
 
-// The SELECTION options, mirroring what can be selected in the editor:
-// --part N [--tracks 3,6], --parts 3,5,9, --all-parts, --song N,
-// --songs 1,4, --all-songs, --steps SONG:1,2.
-std::vector<OptionSpec> SelectionOptions();
+// A command's own options followed by the SELECTION options, mirroring what
+// can be selected in the editor: --part N [--tracks 3,6], --parts 3,5,9,
+// --all-parts, --song N, --songs 1,4, --all-songs, --steps SONG:1,2.
+std::vector<OptionSpec> WithSelectionOptions(std::vector<OptionSpec> options);
 
 // The one selection the arguments give, in the model's numbers (tracks and
 // steps from 0). False with the usage message when there is none, more
@@ -23,9 +23,11 @@ std::vector<OptionSpec> SelectionOptions();
 // empty selection, as an empty set of list rows would be.
 bool ParseSelection(const ParsedArguments& arguments, MidiSelection& selection, std::string& error);
 
-// Steps must exist in their song. False with the usage message otherwise.
-bool CheckSelectedSteps(const CMmt8Memory& memory, const MidiSelection& selection,
-                        std::string& error);
+// Loads the document the selection is made in; its steps must exist in
+// their song. kExitSuccess, or the exit code once the failure is printed.
+int LoadSelectedDocument(const ICliCommand& command, const std::string& path,
+                         const MidiSelection& selection, CMmt8Memory& memory,
+                         const CliOutput& output);
 
 // Comma-separated numbers ("3,5,9"); empty text gives no numbers.
 bool ParseNumberList(const std::string& text, const char* what, int lowest, int highest,

@@ -1,6 +1,7 @@
 #include "midifile/ImportMarkers.h"
 
 #include "midifile/ImportClock.h"
+#include "midifile/MidiEvent.h"
 #include "midifile/MidiFile.h"
 
 #include <algorithm>
@@ -9,8 +10,6 @@
 namespace tarvix {
 
 namespace {
-
-constexpr std::uint8_t kMarkerType = 0x06;
 
 bool IsWhiteSpace(char c)
 {
@@ -48,7 +47,7 @@ std::vector<ImportMarker> CollectMarkers(const CMidiFile& file)
             if (event->GetKind() != CMidiEvent::kMeta)
                 continue;
             const auto& meta = static_cast<const CMidiMetaEvent&>(*event);
-            if (meta.GetType() != kMarkerType || meta.GetData().empty())
+            if (meta.GetType() != CMidiMetaEvent::kTypeMarker || meta.GetData().empty())
                 continue;
             const auto number = static_cast<std::uint32_t>(markers.size() + 1);
             markers.push_back({static_cast<std::uint32_t>(clock), MarkerName(meta, number)});

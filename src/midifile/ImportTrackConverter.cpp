@@ -1,8 +1,10 @@
 #include "midifile/ImportTrackConverter.h"
 
 #include "midifile/ImportClock.h"
+#include "midifile/MidiEvent.h"
 #include "midifile/MidiTrack.h"
 #include "model/Mmt8Track.h"
+#include "model/SysexDumpFormat.h"
 
 #include <algorithm>
 #include <array>
@@ -13,16 +15,6 @@ namespace tarvix {
 
 namespace {
 
-constexpr std::uint8_t kNoteOff = 0x80;
-constexpr std::uint8_t kNoteOn = 0x90;
-constexpr std::uint8_t kPolyAftertouch = 0xA0;
-constexpr std::uint8_t kControlChange = 0xB0;
-constexpr std::uint8_t kProgramChange = 0xC0;
-constexpr std::uint8_t kChannelAftertouch = 0xD0;
-constexpr std::uint8_t kPitchBend = 0xE0;
-
-constexpr std::uint8_t kChannelPrefix = 0x20;
-constexpr std::uint8_t kSysexEnd = 0xF7;
 constexpr std::size_t kSysexPieceSize = 3;
 
 // Controllers from here on are the channel mode messages (All Notes Off and
@@ -116,7 +108,7 @@ void ConvertChannelEvent(const CMidiChannelEvent& event, const MidiImportOptions
     const auto data1 = static_cast<std::uint8_t>(event.GetData1() & 0x7F);
     const auto data2 = static_cast<std::uint8_t>(event.GetData2() & 0x7F);
     switch (event.GetStatus() & 0xF0) {
-    case kNoteOn:
+    case CMidiChannelEvent::kNoteOn:
         if (data2 > 0) {
             auto note = std::make_unique<CMmt8NoteEvent>();
             note->channel = channel;
@@ -127,8 +119,8 @@ void ConvertChannelEvent(const CMidiChannelEvent& event, const MidiImportOptions
             break;
         }
         [[fallthrough]];
-    case kNoteOff: EndNote(writer, channel, data1, clock); break;
-    case kControlChange:
+    case CMidiChannelEvent::kNoteOff: EndNote(writer, channel, data1, clock); break;
+    case CMidiChannelEvent::kControlChange:
         // A deliberate departure: the device's encoding has no room for
         // controllers 122-127. Their lead-byte codes are those of program,
         // aftertouch, pitch bend and SysEx events, and 126/127 end a track,
@@ -138,19 +130,21 @@ void ConvertChannelEvent(const CMidiChannelEvent& event, const MidiImportOptions
         if (data1 < kFirstModeController)
             writer.Store(MakeEvent<CMmt8ControlEvent>(channel, data1, data2), clock);
         break;
-    case kProgramChange: writer.Store(MakeEvent<CMmt8ProgramEvent>(channel, data1), clock); break;
-    case kChannelAftertouch:
+    case CMidiChannelEvent::kProgramChange:
+        writer.Store(MakeEvent<CMmt8ProgramEvent>(channel, data1), clock);
+        break;
+    case CMidiChannelEvent::kChannelAftertouch:
         if (options.importAftertouch != 0)
             writer.Store(MakeEvent<CMmt8AftertouchEvent>(channel, data1), clock);
         break;
-    case kPitchBend: {
+    case CMidiChannelEvent::kPitchBend: {
         auto bend = MakeEvent<CMmt8PitchBendEvent>(channel, 0);
         static_cast<CMmt8PitchBendEvent&>(*bend).value =
             static_cast<std::uint16_t>(data2 << 8 | data1);
         writer.Store(std::move(bend), clock);
         break;
     }
-    case kPolyAftertouch:
+    case CMidiChannelEvent::kPolyAftertouch:
     default: break;
     }
 }
@@ -179,7 +173,7 @@ void ConvertSysexEvent(const CMidiSysexEvent& event, std::uint16_t clock, CStagi
 void ConvertMetaEvent(const CMidiMetaEvent& event, const MidiImportOptions& options,
                       CMmt8Track& track)
 {
-    if (event.GetType() != kChannelPrefix || options.ignoreChannel != 0)
+    if (event.GetType() != CMidiMetaEvent::kTypeChannelPrefix || options.ignoreChannel != 0)
         return;
     const auto data = event.GetData();
     if (!data.empty() && data[0] < 16)

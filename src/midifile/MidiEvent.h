@@ -52,6 +52,17 @@ private:
 // A channel message, 0x80-0xEF. The channel is the status byte's low nibble.
 class CMidiChannelEvent final : public CMidiEvent {
 public:
+    // The message kinds: the status byte's high nibble.
+    enum Kind : std::uint8_t {
+        kNoteOff = 0x80,
+        kNoteOn = 0x90,
+        kPolyAftertouch = 0xA0,
+        kControlChange = 0xB0,
+        kProgramChange = 0xC0,
+        kChannelAftertouch = 0xD0,
+        kPitchBend = 0xE0,
+    };
+
     CMidiChannelEvent(std::uint32_t deltaTime, std::uint8_t status);
     CMidiChannelEvent(const CMidiChannelEvent&) = default;
 
@@ -108,8 +119,11 @@ class CMidiMetaEvent final : public CMidiEvent {
 public:
     static constexpr std::uint8_t kTypeText = 0x01;
     static constexpr std::uint8_t kTypeTrackName = 0x03;
+    static constexpr std::uint8_t kTypeMarker = 0x06;
+    static constexpr std::uint8_t kTypeChannelPrefix = 0x20;
     static constexpr std::uint8_t kTypeEndOfTrack = 0x2F;
     static constexpr std::uint8_t kTypeTempo = 0x51;
+    static constexpr std::uint8_t kTypeTimeSignature = 0x58;
 
     CMidiMetaEvent(std::uint32_t deltaTime, std::uint8_t status);
     CMidiMetaEvent(const CMidiMetaEvent&) = default;

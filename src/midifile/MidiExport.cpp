@@ -16,9 +16,6 @@ namespace tarvix {
 
 namespace {
 constexpr std::uint16_t kFormat = 1;
-constexpr std::uint8_t kTypeChannelPrefix = 0x20;
-constexpr std::uint8_t kTypeMarker = 0x06;
-constexpr std::uint8_t kTypeTimeSignature = 0x58;
 constexpr std::uint32_t kMicrosecondsPerMinute = 60000000;
 constexpr std::uint64_t kBeatsPerBar = 4;
 // The beat is a quarter note (2 as a power of two), with the usual 24 MIDI
@@ -65,7 +62,7 @@ void AddTimeSignatures(CMidiTrackBuilder& builder, const ExportLayout& layout)
             return;
         const std::uint8_t data[] = {static_cast<std::uint8_t>(beats), kQuarterNote,
                                      kClocksPerClick, kThirtySecondsPerQuarter};
-        builder.AddMeta(tick, kTypeTimeSignature, data);
+        builder.AddMeta(tick, CMidiMetaEvent::kTypeTimeSignature, data);
         current = beats;
     };
     for (const ExportSegment& segment : layout.segments) {
@@ -108,7 +105,7 @@ std::unique_ptr<CMidiTrack> BuildConductor(const CMmt8Memory& memory, const Expo
                             Bytes(name.empty() ? FormatText("Song %02d", start.song) : name));
         }
     for (const ExportSegment& segment : layout.segments)
-        builder.AddMeta(segment.start, kTypeMarker, Bytes(segment.marker));
+        builder.AddMeta(segment.start, CMidiMetaEvent::kTypeMarker, Bytes(segment.marker));
     return builder.Build(layout.length);
 }
 
@@ -130,7 +127,7 @@ std::unique_ptr<CMidiTrack> BuildDeviceTrack(const CMmt8Memory& memory, const Ex
         const bool forced = source.channel >= 1 && source.channel <= kMaxTrackChannel;
         if (forced) {
             const std::uint8_t prefix[] = {static_cast<std::uint8_t>(source.channel - 1)};
-            builder.AddMeta(segment.start, kTypeChannelPrefix, prefix);
+            builder.AddMeta(segment.start, CMidiMetaEvent::kTypeChannelPrefix, prefix);
         }
         const std::uint64_t end = segment.start + segment.length;
         for (const auto& event : source.events) {

@@ -1,7 +1,9 @@
 #include "midifile/MidiExportEvents.h"
 
+#include "midifile/MidiEvent.h"
 #include "midifile/MidiTrackBuilder.h"
 #include "model/Mmt8Event.h"
+#include "model/SysexDumpFormat.h"
 
 #include <algorithm>
 #include <array>
@@ -9,14 +11,6 @@
 namespace tarvix {
 
 namespace {
-constexpr std::uint8_t kNoteOff = 0x80;
-constexpr std::uint8_t kNoteOn = 0x90;
-constexpr std::uint8_t kControlChange = 0xB0;
-constexpr std::uint8_t kProgramChange = 0xC0;
-constexpr std::uint8_t kChannelPressure = 0xD0;
-constexpr std::uint8_t kPitchBend = 0xE0;
-constexpr std::uint8_t kSysexStart = 0xF0;
-constexpr std::uint8_t kSysexEnd = 0xF7;
 constexpr std::uint8_t kReleaseVelocity = 64;
 constexpr std::size_t kKeyCount = 16 * 128;
 
@@ -110,25 +104,29 @@ void AddMessage(const PlacedEvent& placed, std::uint64_t noteEnd, CMidiTrackBuil
         if (!IsSoundingNote(placed))
             return;
         const std::uint8_t note = Data(event.data1);
-        builder.AddChannel(tick, rank, Status(kNoteOn, channel), note, Data(event.data2));
+        builder.AddChannel(tick, rank, Status(CMidiChannelEvent::kNoteOn, channel), note,
+                           Data(event.data2));
         const bool hasLength = noteEnd > tick;
         builder.AddChannel(noteEnd, hasLength ? CMidiTrackBuilder::kRankNoteOff : rank,
-                           Status(kNoteOff, channel), note, kReleaseVelocity);
+                           Status(CMidiChannelEvent::kNoteOff, channel), note, kReleaseVelocity);
         return;
     }
     case kControlEventType:
-        builder.AddChannel(tick, rank, Status(kControlChange, channel), Data(event.data1),
-                           Data(event.data2));
+        builder.AddChannel(tick, rank, Status(CMidiChannelEvent::kControlChange, channel),
+                           Data(event.data1), Data(event.data2));
         return;
     case kProgramEventType:
-        builder.AddChannel(tick, rank, Status(kProgramChange, channel), Data(event.data1));
+        builder.AddChannel(tick, rank, Status(CMidiChannelEvent::kProgramChange, channel),
+                           Data(event.data1));
         return;
     case kAftertouchEventType:
-        builder.AddChannel(tick, rank, Status(kChannelPressure, channel), Data(event.data1));
+        builder.AddChannel(tick, rank, Status(CMidiChannelEvent::kChannelAftertouch, channel),
+                           Data(event.data1));
         return;
     case kPitchBendEventType: {
         const unsigned value = static_cast<const CMmt8PitchBendEvent&>(event).value;
-        builder.AddChannel(tick, rank, Status(kPitchBend, channel), Data(value), Data(value >> 8));
+        builder.AddChannel(tick, rank, Status(CMidiChannelEvent::kPitchBend, channel), Data(value),
+                           Data(value >> 8));
         return;
     }
     default: return;

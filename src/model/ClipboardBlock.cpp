@@ -53,31 +53,22 @@ void WriteRecord(const CMmt8Memory& memory, ClipboardKind kind, int owner, int i
     }
 }
 
-// Reads one record; keeps it while a paste could still place it.
+// Reads one record into records; keeps it while a paste could still place
+// it, up to limit.
+template <typename Record> void ReadInto(CStream& stream, std::vector<Record>& records, int limit)
+{
+    Record record;
+    Persist(record, stream);
+    if (records.size() < static_cast<std::size_t>(limit))
+        records.push_back(std::move(record));
+}
+
 void ReadRecord(CStream& stream, ClipboardRecords& records, CMmt8Song& stepSong)
 {
     switch (records.kind) {
-    case ClipboardKind::Parts: {
-        CMmt8Part part;
-        Persist(part, stream);
-        if (records.parts.size() < static_cast<std::size_t>(kPartCount))
-            records.parts.push_back(std::move(part));
-        break;
-    }
-    case ClipboardKind::Tracks: {
-        CMmt8Track track;
-        Persist(track, stream);
-        if (records.tracks.size() < static_cast<std::size_t>(kTracksPerPart))
-            records.tracks.push_back(std::move(track));
-        break;
-    }
-    case ClipboardKind::Songs: {
-        CMmt8Song song;
-        Persist(song, stream);
-        if (records.songs.size() < static_cast<std::size_t>(kSongCount))
-            records.songs.push_back(std::move(song));
-        break;
-    }
+    case ClipboardKind::Parts: ReadInto(stream, records.parts, kPartCount); break;
+    case ClipboardKind::Tracks: ReadInto(stream, records.tracks, kTracksPerPart); break;
+    case ClipboardKind::Songs: ReadInto(stream, records.songs, kSongCount); break;
     case ClipboardKind::Steps:
         // Appended while the scratch song has room, read and dropped after.
         Persist(stepSong, static_cast<int>(stepSong.steps.size()), stream);

@@ -90,21 +90,9 @@ SettingsStatus StatusOf(const QSettings& store)
 
 } // namespace
 
-CSettingsKey::CSettingsKey(const std::string& vendor, const std::string& program)
-    : m_keyPath("Software"), m_vendor(vendor), m_program(program)
-{
-    if (!vendor.empty())
-        m_keyPath += "\\" + vendor;
-    if (!program.empty())
-        m_keyPath += "\\" + program;
-    // The registry version creates the key here; a QSettings store comes
-    // into being with its first value, which the first load writes anyway.
-}
-
-CSettingsKey CSettingsKey::ForProgram()
-{
-    return CSettingsKey(kVendorName, kProgramName);
-}
+// A QSettings store comes into being with its first value, which the first
+// load writes anyway.
+void CSettingsKey::CreateKey() const {}
 
 CSettingsKey CSettingsKey::InFile(const std::string& path)
 {
@@ -150,29 +138,24 @@ SettingsStatus SettingsKeyAccess::WriteVariant(const CSettingsKey& key, const st
     return StatusOf(*store);
 }
 
-SettingsStatus CSettingsKey::ReadDwordValue(const std::string& name, std::uint32_t& value,
-                                            std::uint32_t defaultValue,
-                                            const std::string& subKey) const
-{
-    value = defaultValue;
-    if (const auto stored = AsDword(Open(*this, subKey)->value(ToQt(name)))) {
-        value = *stored;
-        return kSettingsSuccess;
-    }
-    return WriteDwordValue(name, defaultValue, subKey);
-}
-
-SettingsStatus CSettingsKey::ReadStringValue(const std::string& name, std::string& value,
-                                             const std::string& defaultValue,
+SettingsStatus CSettingsKey::QueryDwordValue(const std::string& name, std::uint32_t& value,
                                              const std::string& subKey) const
 {
-    value = defaultValue;
+    const auto stored = AsDword(Open(*this, subKey)->value(ToQt(name)));
+    if (!stored)
+        return kSettingsWrongValue;
+    value = *stored;
+    return kSettingsSuccess;
+}
+
+SettingsStatus CSettingsKey::QueryStringValue(const std::string& name, std::string& value,
+                                              const std::string& subKey) const
+{
     const auto stored = AsText(Open(*this, subKey)->value(ToQt(name)));
-    if (stored && CharacterCount(*stored) <= kMaxStringCharacters) {
-        value = stored->toStdString();
-        return kSettingsSuccess;
-    }
-    return WriteStringValue(name, defaultValue, subKey);
+    if (!stored || CharacterCount(*stored) > kMaxStringCharacters)
+        return kSettingsWrongValue;
+    value = stored->toStdString();
+    return kSettingsSuccess;
 }
 
 SettingsStatus CSettingsKey::ReadBinaryValue(const std::string& name, std::span<std::uint8_t> bytes,

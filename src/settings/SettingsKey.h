@@ -15,7 +15,8 @@ inline constexpr SettingsStatus kSettingsWrongValue =
     0xFFFFFFFF; // absent, or of another type or size
 
 // The program's key in the per-user settings store. This class is the
-// store's whole platform interface: SettingsKey.cpp implements it over
+// store's whole platform interface: SettingsKeyCommon.cpp holds what every
+// store shares, and SettingsKey.cpp implements the rest over
 // QSettings (a .conf file under $XDG_CONFIG_HOME on Linux, a plist on
 // macOS), and a platform may put its own file in its place (the registry
 // key HKCU "Software\Quillon\Tarvix" on Windows) with nothing else to change.
@@ -75,6 +76,15 @@ public:
 
 private:
     CSettingsKey() = default;
+    // Makes sure the key exists in the store, even before a value is written.
+    void CreateKey() const;
+    // The store's own reads, which the Read functions above build on: the
+    // value on success, kSettingsWrongValue when it is absent or unreadable
+    // (value then left alone), or the store's error.
+    SettingsStatus QueryDwordValue(const std::string& name, std::uint32_t& value,
+                                   const std::string& subKey) const;
+    SettingsStatus QueryStringValue(const std::string& name, std::string& value,
+                                    const std::string& subKey) const;
     // The implementation's own helpers.
     friend struct SettingsKeyAccess;
 

@@ -65,20 +65,9 @@ std::string Below(const std::string& path, const std::string& subKey)
 
 } // namespace
 
-CSettingsKey::CSettingsKey(const std::string& vendor, const std::string& program)
-    : m_keyPath("Software"), m_vendor(vendor), m_program(program)
+void CSettingsKey::CreateKey() const
 {
-    if (!vendor.empty())
-        m_keyPath += "\\" + vendor;
-    if (!program.empty())
-        m_keyPath += "\\" + program;
-    // The key exists from the first start on, even before a value is written.
     const CRegistryKey created(m_keyPath);
-}
-
-CSettingsKey CSettingsKey::ForProgram()
-{
-    return CSettingsKey(kVendorName, kProgramName);
 }
 
 // A store of its own for each file path, beside the program's key: tests
@@ -92,52 +81,40 @@ CSettingsKey CSettingsKey::InFile(const std::string& path)
     std::replace(name.begin(), name.end(), '\\', '/');
     key.m_keyPath =
         std::string("Software\\") + kVendorName + "\\" + kProgramName + " stores\\" + name;
-    const CRegistryKey created(key.m_keyPath);
+    key.CreateKey();
     return key;
 }
 
-SettingsStatus CSettingsKey::ReadDwordValue(const std::string& name, std::uint32_t& value,
-                                            std::uint32_t defaultValue,
-                                            const std::string& subKey) const
-{
-    value = defaultValue;
-    SettingsStatus status = kSettingsSuccess;
-    {
-        const CRegistryKey key(Below(m_keyPath, subKey));
-        if (key.Status() != kSettingsSuccess)
-            return key.Status();
-        // Any type that fits four bytes is taken as it is, as ever.
-        DWORD data = defaultValue;
-        DWORD size = sizeof data;
-        status = key.Query(name, nullptr, &data, &size);
-        if (status == kSettingsSuccess) {
-            value = data;
-            return kSettingsSuccess;
-        }
-    }
-    // Absent or too large: the default goes into the store, deliberately.
-    return WriteDwordValue(name, defaultValue, subKey);
-}
-
-SettingsStatus CSettingsKey::ReadStringValue(const std::string& name, std::string& value,
-                                             const std::string& defaultValue,
+SettingsStatus CSettingsKey::QueryDwordValue(const std::string& name, std::uint32_t& value,
                                              const std::string& subKey) const
 {
-    value = defaultValue;
-    {
-        const CRegistryKey key(Below(m_keyPath, subKey));
-        if (key.Status() != kSettingsSuccess)
-            return key.Status();
-        std::array<wchar_t, kStringCharacters + 1> text{};
-        DWORD size = kStringCharacters * sizeof(wchar_t);
-        if (key.Query(name, nullptr, text.data(), &size) == kSettingsSuccess) {
-            // The stored bytes need not end with a zero; the buffer has one
-            // more character than the query may fill.
-            value = platform::NarrowText(std::wstring_view(text.data()));
-            return kSettingsSuccess;
-        }
-    }
-    return WriteStringValue(name, defaultValue, subKey);
+    const CRegistryKey key(Below(m_keyPath, subKey));
+    if (key.Status() != kSettingsSuccess)
+        return key.Status();
+    // Any type that fits four bytes is taken as it is, as ever: a shorter
+    // one over the low bytes of what value holds (the default).
+    DWORD data = value;
+    DWORD size = sizeof data;
+    if (key.Query(name, nullptr, &data, &size) != kSettingsSuccess)
+        return kSettingsWrongValue; // absent or too large
+    value = data;
+    return kSettingsSuccess;
+}
+
+SettingsStatus CSettingsKey::QueryStringValue(const std::string& name, std::string& value,
+                                              const std::string& subKey) const
+{
+    const CRegistryKey key(Below(m_keyPath, subKey));
+    if (key.Status() != kSettingsSuccess)
+        return key.Status();
+    std::array<wchar_t, kStringCharacters + 1> text{};
+    DWORD size = kStringCharacters * sizeof(wchar_t);
+    if (key.Query(name, nullptr, text.data(), &size) != kSettingsSuccess)
+        return kSettingsWrongValue;
+    // The stored bytes need not end with a zero; the buffer has one more
+    // character than the query may fill.
+    value = platform::NarrowText(std::wstring_view(text.data()));
+    return kSettingsSuccess;
 }
 
 SettingsStatus CSettingsKey::ReadBinaryValue(const std::string& name, std::span<std::uint8_t> bytes,

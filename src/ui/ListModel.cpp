@@ -2,6 +2,7 @@
 
 #include "model/ListCells.h"
 #include "model/Mmt8Memory.h"
+#include "ui/DeviceText.h"
 
 namespace tarvix {
 
@@ -54,8 +55,7 @@ QVariant CListModel::data(const QModelIndex& index, int role) const
         return {};
     const std::string text =
         GetListCellText(m_memory, ListOf(m_node), m_node.index, index.row(), index.column());
-    // Names are the device's bytes, not UTF-8.
-    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+    return FromDeviceText(text);
 }
 
 QVariant CListModel::headerData(int section, Qt::Orientation orientation, int role) const

@@ -86,7 +86,6 @@ public:
     CRecentFileList& RecentFiles() { return *m_recentFiles; }
     QSplitter& Splitter() { return *m_splitter; }
     QToolBar& ToolBar() { return *m_toolBar; }
-    CDocumentHistory& History() { return m_history; }
     // The piano roll and song windows.
     CViewWindows& Views() { return *m_views; }
 

@@ -1,10 +1,10 @@
 #include "ui/MidiFileDumpCommand.h"
 
-#include "framework/FileDialog.h"
 #include "framework/MessageBox.h"
 #include "midifile/MidiDumpSink.h"
 #include "midifile/MidiFileDump.h"
 #include "midifile/MidiFileException.h"
+#include "ui/MidiFileRequest.h"
 #include "ui/TrackDumpView.h"
 
 #include <QCoreApplication>
@@ -16,10 +16,7 @@ namespace tarvix {
 void CMidiFileDumpCommand::Run(QWidget* parent, const CTrackDumpView& view)
 {
     const QString path = CFileDialog::GetOpenFileName(
-        parent, {QCoreApplication::translate("CMidiFileDumpCommand", "Open"),
-                 {},
-                 QString::fromLatin1(kFilter),
-                 QStringLiteral("mid")});
+        parent, MidiFileRequest(QCoreApplication::translate("CMidiFileDumpCommand", "Open")));
     if (path.isEmpty())
         return;
     std::string report;

@@ -12,8 +12,6 @@ class CTrackDumpView;
 class CMidiFileDumpCommand {
 public:
     static constexpr const char* kTitle = "MIDI File Dump";
-    static constexpr const char* kFilter = "MIDI Files (*.mid)";
-
     static void Run(QWidget* parent, const CTrackDumpView& view);
 };
 

@@ -3,6 +3,7 @@
 #include "model/ListCells.h"
 #include "model/Mmt8Limits.h"
 #include "model/Mmt8Memory.h"
+#include "ui/DeviceText.h"
 #include "ui/undo/UndoSteps.h"
 
 namespace tarvix {
@@ -20,11 +21,6 @@ bool IsLeaf(Node node)
     return node.kind == NodeKind::Part || node.kind == NodeKind::Song;
 }
 
-// Device names are bytes, not UTF-8.
-QString FromDevice(const std::string& text)
-{
-    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
 } // namespace
 
 CNavigationModel::CNavigationModel(CMmt8Memory& memory, CDocumentHistory& history, QObject* parent)
@@ -89,11 +85,11 @@ QVariant CNavigationModel::data(const QModelIndex& index, int role) const
         const std::string name = GetListCellText(m_memory, list, 0, node.index, 1);
         return QStringLiteral("%1  %2")
             .arg(node.index, 2, 10, QLatin1Char('0'))
-            .arg(FromDevice(name));
+            .arg(FromDeviceText(name));
     }
     if (role == Qt::EditRole && IsLeaf(node))
-        return FromDevice(node.kind == NodeKind::Part ? m_memory.Part(node.index).name
-                                                      : m_memory.Song(node.index).name);
+        return FromDeviceText(node.kind == NodeKind::Part ? m_memory.Part(node.index).name
+                                                          : m_memory.Song(node.index).name);
     return {};
 }
 

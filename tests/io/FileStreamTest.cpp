@@ -18,7 +18,7 @@ using platform::FileShare;
 using testing::FileMessage;
 namespace expected = testing::expected;
 
-TEST(FileStreamTest, MissingFileReportsSystemTextOnOneLine)
+TEST(FileStreamTest, OpenFailuresReportTheSystemTextOnOneLine)
 {
     testing::TempDir dir;
     const std::string path = dir.File("missing.syx");
@@ -33,13 +33,8 @@ TEST(FileStreamTest, MissingFileReportsSystemTextOnOneLine)
     EXPECT_EQ(file.GetErrorText(), testing::SystemText(expected::kMissingFile));
     EXPECT_FALSE(file.IsOpen());
     EXPECT_EQ(file.GetFileName(), "");
-}
 
-TEST(FileStreamTest, FolderIsNoFile)
-{
-    testing::TempDir dir;
-    CFileStream file;
-    std::string error;
+    // A folder is no file.
     EXPECT_FALSE(file.Open(dir.Path().string(), error, FileAccess::Read, FileShare::Read,
                            FileDisposition::OpenExisting));
     EXPECT_EQ(error, FileMessage("open", dir.Path().string(), expected::kFolderAsFile));

@@ -103,16 +103,6 @@ TEST(StreamTest, ThreeByteStream)
     EXPECT_EQ(stream.GetPosition(), 3u);
 }
 
-TEST(StreamTest, ZeroLengthStringConsumesItsLength)
-{
-    const std::uint8_t bytes[] = {0, 0, 0, 0, 9};
-    CStream stream(bytes, sizeof bytes);
-    std::string text = "old";
-    stream.ReadString(text);
-    EXPECT_EQ(text, "");
-    EXPECT_EQ(stream.GetPosition(), 4u);
-}
-
 TEST(StreamTest, DeclaredLengthPastTheEndThrowsAndReadsNothing)
 {
     // A length one past the data, and lengths that would wrap a 32-bit sum.

@@ -5,6 +5,7 @@
 #include "midifile/MidiImportOptions.h"
 #include "midifile/MidiSelection.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,24 @@ class CMmt8Memory;
 }
 
 namespace tarvix::testing {
+
+using Events = std::vector<std::unique_ptr<CMidiEvent>>;
+
+template <typename... Made> Events EventsOf(Made... made)
+{
+    Events events;
+    (events.push_back(std::move(made)), ...);
+    return events;
+}
+
+// A file of these tracks (each an Events).
+template <typename... Tracks>
+CMidiFile FileOf(std::uint16_t format, std::uint16_t division, Tracks... tracks)
+{
+    std::vector<Events> all;
+    (all.push_back(std::move(tracks)), ...);
+    return MakeFile(format, division, std::move(all));
+}
 
 MidiSelection Select(MidiSelectionKind kind, int index = 0, std::vector<int> items = {});
 

@@ -155,13 +155,6 @@ TEST(EventCodecTest, EncodeTrackEndsWithTheEndMarkAndDecodesBack)
     EXPECT_TRUE(SameTrack(DecodeAll(ToBytes(out), track.channel), track));
 }
 
-TEST(EventCodecTest, TrackSizeCountsTimedSevenUntimedFiveAndTheEndMark)
-{
-    EXPECT_EQ(GetTrackSize(CMmt8Track{}), 7u);
-    // Four timed and three untimed events.
-    EXPECT_EQ(GetTrackSize(TrackOfEveryKind()), 7u + 4 * 7 + 3 * 5);
-}
-
 TEST(EventCodecTest, CloneGivesAnEqualEventOfTheSameClass)
 {
     const CMmt8Track track = TrackOfEveryKind();

@@ -26,6 +26,7 @@ protected:
     CMmt8Memory m_memory;
 };
 
+// The titles are the program's own texts; the list view shows them as given.
 TEST_F(ListCellsTest, ColumnTitlesAndWidths)
 {
     const auto layout = [](ListKind kind) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <iterator>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace tarvix::test {
@@ -186,21 +187,21 @@ TEST_F(MemoryOperationsTest, RecomputePartBeatsHoldsTheLatestEvent)
     EXPECT_EQ(m_memory.Part(8).beats, 0u);
 }
 
-TEST_F(MemoryOperationsTest, TrackChannelAboveSixteenStoresUnchanged)
+// A channel above 16 stores "Unchanged" (0); a tempo outside 20-255 the default.
+TEST_F(MemoryOperationsTest, ChannelAndTempoOutsideTheirRangesStoreTheFallback)
 {
-    for (const auto& [given, stored] : std::initializer_list<std::pair<unsigned, int>>{
-             {0, 0}, {1, 1}, {16, 16}, {17, 0}, {255, 0}}) {
+    for (const auto& [given, channel, tempo] :
+         std::initializer_list<std::tuple<unsigned, int, int>>{{0, 0, 120},
+                                                               {16, 16, 120},
+                                                               {17, 0, 120},
+                                                               {19, 0, 120},
+                                                               {20, 0, 20},
+                                                               {255, 0, 255},
+                                                               {256, 0, 120}}) {
         EXPECT_TRUE(m_memory.SetTrackChannel(3, 7, given));
-        EXPECT_EQ(m_memory.Part(3).tracks[7].channel, stored) << given;
-    }
-}
-
-TEST_F(MemoryOperationsTest, TempoOutsideTheRangeStoresTheDefault)
-{
-    for (const auto& [given, stored] : std::initializer_list<std::pair<unsigned, int>>{
-             {19, 120}, {20, 20}, {255, 255}, {256, 120}, {0, 120}, {90, 90}}) {
         EXPECT_TRUE(m_memory.SetSongTempo(4, given));
-        EXPECT_EQ(m_memory.Song(4).tempo, stored) << given;
+        EXPECT_EQ(m_memory.Part(3).tracks[7].channel, channel) << given;
+        EXPECT_EQ(m_memory.Song(4).tempo, tempo) << given;
     }
 }
 
@@ -260,13 +261,6 @@ TEST_F(MemoryOperationsTest, OperationsLeaveTheModifiedFlagToTheCaller)
     EXPECT_EQ(Describe(m_memory), Describe(CMmt8Memory{}));
 }
 
-TEST(MemorySizeTest, EmptyMemoryMeasures530AndShowsAllAvailable)
-{
-    const CMmt8Memory memory;
-    EXPECT_EQ(memory.GetMemorySize(), 530u);
-    EXPECT_EQ(GetMemoryText(memory.GetMemorySize()), "Memory available: 100%");
-}
-
 TEST(MemorySizeTest, CountsPartsWithBeatsAndSongsWithSteps)
 {
     CMmt8Memory memory;
@@ -295,6 +289,7 @@ TEST(MemorySizeTest, SongNinetyNineAlwaysCostsItsRecord)
 
 TEST(MemorySizeTest, CapacityTexts)
 {
+    EXPECT_EQ(GetMemoryText(CMmt8Memory{}.GetMemorySize()), "Memory available: 100%");
     EXPECT_EQ(GetMemoryText(64256), "Memory available: 0%");
     EXPECT_FALSE(ExceedsCapacity(64256));
     EXPECT_EQ(GetMemoryText(64257),

@@ -182,9 +182,6 @@ TEST(RoundTripTest, RecordsLaidOutByAnotherWriterLoadAndRewrite)
         ASSERT_TRUE(BuildDump(loaded, rewritten, error)) << error;
         ASSERT_TRUE(BuildDump(original, expected, error)) << error;
         EXPECT_TRUE(rewritten == expected);
-        CMmt8Memory reloaded;
-        ASSERT_TRUE(LoadSysexData(reloaded, rewritten, error)) << error;
-        EXPECT_EQ(DescribeDifference(original, reloaded), "");
     }
 }
 

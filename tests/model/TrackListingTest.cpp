@@ -28,11 +28,6 @@ TEST(TrackListingTest, NoteAndUntimedControllerAsTheViewShowsThem)
                                 "----------------------------\r\n"
                                 "0060 00 NOTE 3C 64 0060  C3\r\n"
                                 "     00 CTRL 07 64       Volume\r\n");
-}
-
-TEST(TrackListingTest, EmptyTrackListsTheHeaderOnly)
-{
-    EXPECT_EQ(ListTrack(CMmt8Track{}), "Time Ch Type Data\r\n----------------------------\r\n");
     EXPECT_EQ(ListTrack(CMmt8Track{}, LineEnds::Lf), kHeader);
 }
 

@@ -91,13 +91,9 @@ TEST_F(CopyEventsInWindowTest, CopiesTheHalfOpenWindowMovedToStartAtZero)
     EXPECT_EQ(target.events[1]->GetTypeCode(), kPitchBendEventType);
     // The source keeps its own times.
     EXPECT_EQ(Times(m_source), (Times16{0, 95, 96, 96, 191, 192}));
-}
 
-TEST_F(CopyEventsInWindowTest, FirstCopyIsMarkedTimed)
-{
-    CMmt8Track target;
+    // The untimed first event of the source becomes a timed first copy.
     EXPECT_TRUE(CopyEventsInWindow(target, m_source, 0, 96));
-    EXPECT_EQ(Times(target), (Times16{0, 95}));
     EXPECT_EQ(TimedFlags(target), (Flags{1, 1}));
     EXPECT_EQ(m_source.events[0]->timed, 0u);
 }
@@ -118,15 +114,6 @@ TEST_F(CopyEventsInWindowTest, SourceMayBeTheTarget)
     EXPECT_EQ(m_source.channel, 5);
 }
 
-TEST(ShiftTrackTimesTest, ZeroDeltaOrEmptyTrackSucceedsUnchanged)
-{
-    CMmt8Track empty;
-    EXPECT_TRUE(ShiftTrackTimes(empty, -5));
-    CMmt8Track track = TrackOf(0, Note(10, 1, 1));
-    EXPECT_TRUE(ShiftTrackTimes(track, 0));
-    EXPECT_EQ(Times(track), (Times16{10}));
-}
-
 TEST(ShiftTrackTimesTest, ShiftsEveryEventInRangeBothWays)
 {
     CMmt8Track track = TrackOf(0, Note(100, 1, 1), Untimed(Note(100, 2, 1)), Note(65435, 3, 1));
@@ -135,6 +122,10 @@ TEST(ShiftTrackTimesTest, ShiftsEveryEventInRangeBothWays)
     EXPECT_TRUE(ShiftTrackTimes(track, -200));
     EXPECT_EQ(Times(track), (Times16{0, 0, 65335}));
     EXPECT_EQ(TimedFlags(track), (Flags{1, 0, 1}));
+    EXPECT_TRUE(ShiftTrackTimes(track, 0));
+    EXPECT_EQ(Times(track), (Times16{0, 0, 65335}));
+    CMmt8Track empty;
+    EXPECT_TRUE(ShiftTrackTimes(empty, -5));
 }
 
 TEST(ShiftTrackTimesTest, StopsAtTheFirstEventLeavingRangeAndMarksItTimed)
@@ -145,14 +136,12 @@ TEST(ShiftTrackTimesTest, StopsAtTheFirstEventLeavingRangeAndMarksItTimed)
     EXPECT_EQ(Times(track), (Times16{100, 65500, 65535}));
     // Its time now differs from the shifted events before it.
     EXPECT_EQ(TimedFlags(track), (Flags{1, 1, 0}));
-}
 
-TEST(ShiftTrackTimesTest, StoppingAtTheFirstEventMarksNothing)
-{
-    CMmt8Track track = TrackOf(0, Untimed(Note(10, 1, 1)), Note(500, 2, 1));
-    EXPECT_FALSE(ShiftTrackTimes(track, -11));
-    EXPECT_EQ(Times(track), (Times16{10, 500}));
-    EXPECT_EQ(TimedFlags(track), (Flags{0, 1}));
+    // Stopping at the first event has nothing before it to mark.
+    CMmt8Track early = TrackOf(0, Untimed(Note(10, 1, 1)), Note(500, 2, 1));
+    EXPECT_FALSE(ShiftTrackTimes(early, -11));
+    EXPECT_EQ(Times(early), (Times16{10, 500}));
+    EXPECT_EQ(TimedFlags(early), (Flags{0, 1}));
 }
 
 TEST(TrackTest, LastEventTimeIsTheTimeOfTheLastEvent)

@@ -14,6 +14,9 @@
 #define WIN32_LEAN_AND_MEAN
 #endif
 #include <windows.h>
+// The system's macro would rename CMidiFileException::GetMessage in the
+// tests that include this.
+#undef GetMessage
 #endif
 
 namespace tarvix::testing {

@@ -1,6 +1,7 @@
 #include "support/JackServer.h"
 
 #include "support/ChildProcess.h"
+#include "transport/drivers/jack/JackSharedFilesLock.h"
 
 #include <jack/jack.h>
 
@@ -44,6 +45,8 @@ constexpr auto kStopGrace = std::chrono::seconds(15);
 
 void Quiet(const char* /*message*/) {}
 
+// A client that is not activated, so that it leaves the server as it came;
+// the caller holds the shared files' lock.
 bool CanConnect(const std::string& name)
 {
     jack_set_error_function(&Quiet);
@@ -126,6 +129,22 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, Mode
         error = "every name is taken by another test's server";
         return false;
     }
+    bool up = false;
+    {
+        // jackd creates files that every server and client shares as it
+        // starts; no other test's client or server may touch them meanwhile.
+        const CJackSharedFilesLock lock;
+        up = Launch(jackd, name, mode, error);
+    }
+    if (!up) {
+        Stop();
+    }
+    return up;
+}
+
+bool JackServer::Launch(const std::string& jackd, const std::string& name, Mode mode,
+                        std::string& error)
+{
     testing::ChildProcess::Options options;
     options.inputPipe = false;
     options.deathSignal = SIGTERM;
@@ -146,7 +165,6 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, Mode
     }
     if (!m_jackd->Start(arguments, options)) {
         error = "cannot start jackd";
-        ReleaseName();
         return false;
     }
     m_name = name;
@@ -154,7 +172,6 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, Mode
     while (std::chrono::steady_clock::now() < deadline) {
         if (HasExited()) {
             error = "jackd exited at start-up (JACK's registry full?)";
-            Stop();
             return false;
         }
         if (CanConnect(name)) {
@@ -163,7 +180,6 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, Mode
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     error = "jackd did not come up within 15 s";
-    Stop();
     return false;
 }
 
@@ -175,6 +191,8 @@ bool JackServer::HasExited()
 void JackServer::Stop()
 {
     if (m_jackd) {
+        // jackd removes files every server and client shares as it stops.
+        const CJackSharedFilesLock lock;
         m_jackd->Stop(kStopGrace);
         m_jackd.reset();
     }

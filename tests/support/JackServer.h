@@ -34,6 +34,7 @@ public:
 
 private:
     bool StartAs(const std::string& jackd, const std::string& name, Mode mode, std::string& error);
+    bool Launch(const std::string& jackd, const std::string& name, Mode mode, std::string& error);
     bool HasExited();
     bool ClaimName(const std::string& name);
     void ReleaseName();

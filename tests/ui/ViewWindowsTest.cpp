@@ -12,12 +12,14 @@
 
 #include <QCheckBox>
 #include <QHelpEvent>
+#include <QPointer>
 #include <QScrollBar>
 #include <QTest>
 #include <QToolTip>
 #include <QWheelEvent>
 
 #include <cstdlib>
+#include <utility>
 
 namespace tarvix::testing {
 namespace {
@@ -88,6 +90,26 @@ TEST_F(ViewWindowsTest, PianoRollOpensFromTheTreeWithItsKeyAndDrawsEveryNote)
     ProcessEvents();
     Press(Qt::Key_P, Qt::ControlModifier);
     EXPECT_EQ(Frame().findChildren<CPianoRollWindow*>().size(), 1);
+}
+
+// Escape reaches the window from the view that has the focus; with a
+// modifier it is some other key.
+TEST_F(ViewWindowsTest, EscapeClosesEitherViewWindowAndTheWindowGoes)
+{
+    CPianoRollWindow* roll = Frame().Views().OpenPianoRoll(3);
+    CSongViewWindow* song = Frame().Views().OpenSongView(7);
+    ASSERT_TRUE(roll != nullptr && song != nullptr);
+    const std::pair<QPointer<QWidget>, QWidget*> windows[] = {{roll, &roll->View()},
+                                                              {song, &song->View()}};
+    for (const auto& [window, view] : windows) {
+        QTest::keyClick(view, Qt::Key_Escape, Qt::ShiftModifier);
+        EXPECT_TRUE(window->isVisible());
+        QTest::keyClick(view, Qt::Key_Escape);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(window.isNull());
+    }
+    EXPECT_EQ(Frame().Views().PianoRoll(3), nullptr);
+    EXPECT_EQ(Frame().Views().SongView(7), nullptr);
 }
 
 TEST_F(ViewWindowsTest, PianoRollCommandFollowsWhatThePanesPointAt)

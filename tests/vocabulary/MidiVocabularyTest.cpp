@@ -54,17 +54,14 @@ TEST(MidiVocabularyTest, ProgramsKeepTheirSpellingsInEveryRow)
 
 TEST(MidiVocabularyTest, ControllersWithoutNamesGetTheirNumber)
 {
-    std::set<int> fillers = {3, 9, 14, 15, 35, 41};
-    for (const auto& [first, last] : {std::pair{20, 31}, {46, 63}, {84, 90}, {102, 119}})
-        for (int number = first; number <= last; ++number)
-            fillers.insert(number);
-    for (int number = 0; number < 128; ++number) {
-        const std::string name = GetControllerName(Byte(number));
-        if (fillers.count(number) != 0)
-            EXPECT_EQ(name, "CC#" + std::to_string(number));
-        else
-            EXPECT_EQ(name.rfind("CC#", 0), std::string::npos) << number << " " << name;
-    }
+    // A lost or doubled row changes how many numbers fall back.
+    int numbered = 0;
+    for (int number = 0; number < 128; ++number)
+        if (GetControllerName(Byte(number)) == "CC#" + std::to_string(number))
+            ++numbered;
+    EXPECT_EQ(numbered, 61);
+    EXPECT_STREQ(GetControllerName(3), "CC#3");
+    EXPECT_STREQ(GetControllerName(119), "CC#119");
     EXPECT_STREQ(GetControllerName(7), "Volume");
     EXPECT_STREQ(GetControllerName(66), "Sustenuto Pedal (on/off)");
     EXPECT_STREQ(GetControllerName(92), "Tremulo Level");

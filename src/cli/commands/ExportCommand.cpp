@@ -17,13 +17,10 @@ public:
     std::vector<const char*> PositionalNames() const override { return {"FILE.syx"}; }
     std::vector<OptionSpec> Options() const override
     {
-        std::vector<OptionSpec> options = {
-            {"-o", true, "the .mid file to write", true},
-            {"--tempo", true,
-             "beats per minute (20-255) instead of each song's own, or 120 for parts"}};
-        for (const OptionSpec& option : SelectionOptions())
-            options.push_back(option);
-        return options;
+        return WithSelectionOptions(
+            {{"-o", true, "the .mid file to write", true},
+             {"--tempo", true,
+              "beats per minute (20-255) instead of each song's own, or 120 for parts"}});
     }
 
     int Run(const ParsedArguments& arguments, const CliOutput& output) const override
@@ -41,10 +38,10 @@ public:
             options.tempo = static_cast<std::uint32_t>(tempo);
         }
         CMmt8Memory memory;
-        if (!LoadDocument(memory, arguments.positionals[0], output))
-            return kExitFailure;
-        if (!CheckSelectedSteps(memory, selection, error))
-            return UsageError(*this, error, output);
+        if (const int loaded =
+                LoadSelectedDocument(*this, arguments.positionals[0], selection, memory, output);
+            loaded != kExitSuccess)
+            return loaded;
         if (!RunExport(memory, selection, arguments.Value("-o"), error, options)) {
             std::fputs(error.c_str(), output.err);
             return kExitFailure;

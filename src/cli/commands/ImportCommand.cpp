@@ -56,10 +56,8 @@ public:
     std::vector<const char*> PositionalNames() const override { return {"FILE.syx", "FILE.mid"}; }
     std::vector<OptionSpec> Options() const override
     {
-        std::vector<OptionSpec> options = {
-            {"-o", true, "the .syx file to write (not needed with --list)"}};
-        for (const OptionSpec& option : SelectionOptions())
-            options.push_back(option);
+        std::vector<OptionSpec> options =
+            WithSelectionOptions({{"-o", true, "the .syx file to write (not needed with --list)"}});
         options.insert(
             options.end(),
             {
@@ -93,10 +91,10 @@ public:
             return UsageError(*this, error, output);
 
         CMmt8Memory memory;
-        if (!LoadDocument(memory, arguments.positionals[0], output))
-            return kExitFailure;
-        if (!CheckSelectedSteps(memory, selection, error))
-            return UsageError(*this, error, output);
+        if (const int loaded =
+                LoadSelectedDocument(*this, arguments.positionals[0], selection, memory, output);
+            loaded != kExitSuccess)
+            return loaded;
         CMidiImport request;
         request.sourcePath = arguments.positionals[1];
         request.options = OptionsOf(arguments);

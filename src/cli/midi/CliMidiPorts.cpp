@@ -1,26 +1,11 @@
 #include "cli/midi/CliMidiPorts.h"
 
+#include "settings/MidiPortSettings.h"
 #include "settings/Settings.h"
 #include "transport/drivers/SystemMidiService.h"
 #include "transport/ports/MidiDevices.h"
 
 namespace tarvix::cli {
-
-namespace {
-PortSettings StoredPortSettings()
-{
-    const CSettings settings(CSettingsKey::ForProgram());
-    const SettingValues& values = settings.Values();
-    PortSettings ports;
-    ports.inBufferSize = values.midiInBufSize;
-    ports.inBufferCount = values.midiInBufNumber;
-    ports.outBufferSize = values.midiOutBufSize;
-    ports.outBufferCount = values.midiOutBufNumber;
-    ports.outSysexDelay = values.midiOutSyxDelay;
-    ports.outBufferDelay = values.midiOutBufDelay;
-    return ports;
-}
-} // namespace
 
 CCliMidiPorts::CCliMidiPorts()
     : m_driver(CreateSystemMidiService()), m_input(*m_driver), m_output(*m_driver)
@@ -34,8 +19,11 @@ CCliMidiPorts::~CCliMidiPorts()
 
 bool CCliMidiPorts::Open(MidiDirection direction, const std::string& name, std::FILE* err)
 {
-    PortSettings settings = StoredPortSettings();
-    (direction == MidiDirection::Input ? settings.inDevice : settings.outDevice) = name;
+    // The stored buffer settings, but only the one port asked for: the
+    // stored port names are the window's.
+    PortSettings settings = PortSettingsFor(CSettings(CSettingsKey::ForProgram()).Values());
+    settings.inDevice = direction == MidiDirection::Input ? name : std::string();
+    settings.outDevice = direction == MidiDirection::Output ? name : std::string();
     const bool opened =
         OpenMidiDevices(m_input, m_output, settings, nullptr,
                         [err](const std::string& text) { std::fputs(text.c_str(), err); });

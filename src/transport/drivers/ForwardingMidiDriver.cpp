@@ -4,10 +4,7 @@ namespace tarvix {
 
 MidiResult CForwardingMidiDriver::Close(MidiHandle handle)
 {
-    IMidiDriver* target = Target(handle);
-    if (target == nullptr)
-        return kMidiInvalidHandle;
-    const MidiResult result = target->Close(handle);
+    const MidiResult result = Forward(handle, kMidiInvalidHandle, &IMidiDriver::Close);
     if (result == kMidiNoError)
         Closed(handle);
     return result;
@@ -15,56 +12,47 @@ MidiResult CForwardingMidiDriver::Close(MidiHandle handle)
 
 MidiResult CForwardingMidiDriver::Reset(MidiHandle handle)
 {
-    IMidiDriver* target = Target(handle);
-    return target == nullptr ? kMidiInvalidHandle : target->Reset(handle);
+    return Forward(handle, kMidiInvalidHandle, &IMidiDriver::Reset);
 }
 
 MidiResult CForwardingMidiDriver::PrepareHeader(MidiHandle handle, MidiHeader& header)
 {
-    IMidiDriver* target = Target(handle);
-    return target == nullptr ? kMidiInvalidHandle : target->PrepareHeader(handle, header);
+    return Forward(handle, kMidiInvalidHandle, &IMidiDriver::PrepareHeader, header);
 }
 
 MidiResult CForwardingMidiDriver::UnprepareHeader(MidiHandle handle, MidiHeader& header)
 {
-    IMidiDriver* target = Target(handle);
-    return target == nullptr ? kMidiInvalidHandle : target->UnprepareHeader(handle, header);
+    return Forward(handle, kMidiInvalidHandle, &IMidiDriver::UnprepareHeader, header);
 }
 
 MidiResult CForwardingMidiDriver::AddBuffer(MidiHandle handle, MidiHeader& header)
 {
-    IMidiDriver* target = Target(handle);
-    return target == nullptr ? kMidiInvalidHandle : target->AddBuffer(handle, header);
+    return Forward(handle, kMidiInvalidHandle, &IMidiDriver::AddBuffer, header);
 }
 
 MidiResult CForwardingMidiDriver::Start(MidiHandle handle)
 {
-    IMidiDriver* target = Target(handle);
-    return target == nullptr ? kMidiInvalidHandle : target->Start(handle);
+    return Forward(handle, kMidiInvalidHandle, &IMidiDriver::Start);
 }
 
 MidiResult CForwardingMidiDriver::LongMsg(MidiHandle handle, MidiHeader& header)
 {
-    IMidiDriver* target = Target(handle);
-    return target == nullptr ? kMidiInvalidHandle : target->LongMsg(handle, header);
+    return Forward(handle, kMidiInvalidHandle, &IMidiDriver::LongMsg, header);
 }
 
 bool CForwardingMidiDriver::IsSoftwareOnly(MidiHandle handle)
 {
-    IMidiDriver* target = Target(handle);
-    return target != nullptr && target->IsSoftwareOnly(handle);
+    return Forward(handle, false, &IMidiDriver::IsSoftwareOnly);
 }
 
 std::uint64_t CForwardingMidiDriver::GetLostInputBytes(MidiHandle handle)
 {
-    IMidiDriver* target = Target(handle);
-    return target == nullptr ? 0 : target->GetLostInputBytes(handle);
+    return Forward(handle, std::uint64_t{0}, &IMidiDriver::GetLostInputBytes);
 }
 
 std::string CForwardingMidiDriver::GetPortFailure(MidiHandle handle)
 {
-    IMidiDriver* target = Target(handle);
-    return target == nullptr ? std::string() : target->GetPortFailure(handle);
+    return Forward(handle, std::string(), &IMidiDriver::GetPortFailure);
 }
 
 } // namespace tarvix

@@ -2,6 +2,9 @@
 
 #include "transport/drivers/MidiDriver.h"
 
+#include <string>
+#include <utility>
+
 namespace tarvix {
 
 // A driver whose open ports belong to other drivers: every operation on a
@@ -26,6 +29,20 @@ protected:
     virtual IMidiDriver* Target(MidiHandle handle) const = 0;
     // The handle was closed.
     virtual void Closed(MidiHandle /*handle*/) {}
+
+private:
+    // The operation on the handle's own driver; unknown for a handle no
+    // driver here opened.
+    template <typename Result, typename... Parameters, typename... Arguments>
+    Result Forward(MidiHandle handle, Result unknown,
+                   Result (IMidiDriver::*operation)(MidiHandle, Parameters...),
+                   Arguments&&... arguments) const
+    {
+        IMidiDriver* target = Target(handle);
+        return target == nullptr
+                   ? unknown
+                   : (target->*operation)(handle, std::forward<Arguments>(arguments)...);
+    }
 };
 
 } // namespace tarvix

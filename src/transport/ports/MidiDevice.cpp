@@ -96,12 +96,18 @@ void CMidiDevice::FreeMessages()
 
 void CMidiDevice::OnMessage(MidiCallbackMessage, MidiHandle, MidiHeader*) {}
 
-bool CMidiDevice::OpenPort(std::uint32_t index, MidiCallback callback, CAutoResetEvent& portEvent)
+void CMidiDevice::Callback(MidiHandle handle, MidiCallbackMessage message, void* instance,
+                           MidiHeader* header)
+{
+    static_cast<CMidiDevice*>(instance)->HandleCallback(handle, message, header);
+}
+
+bool CMidiDevice::OpenPort(std::uint32_t index, CAutoResetEvent& portEvent)
 {
     if (IsOpen())
         Close();
     MidiHandle handle = nullptr;
-    if (!Succeeded(m_driver.Open(m_direction, index, callback, this, handle)))
+    if (!Succeeded(m_driver.Open(m_direction, index, &CMidiDevice::Callback, this, handle)))
         return false;
     if (!WaitForHandle(handle)) {
         m_driver.Close(handle);

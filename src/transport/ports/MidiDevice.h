@@ -77,8 +77,12 @@ protected:
     // for an input buffer (LongData) before, while its bytes are still there.
     virtual void OnMessage(MidiCallbackMessage message, MidiHandle handle, MidiHeader* header);
 
+    // Every driver notification for the open port, from the driver's thread.
+    virtual void HandleCallback(MidiHandle handle, MidiCallbackMessage message,
+                                MidiHeader* header) = 0;
+
     // Open steps shared by both ports; portEvent is the port's own event.
-    bool OpenPort(std::uint32_t index, MidiCallback callback, CAutoResetEvent& portEvent);
+    bool OpenPort(std::uint32_t index, CAutoResetEvent& portEvent);
     // Frees the buffers, closes the driver port and waits for the close
     // notification.
     bool ClosePort();
@@ -107,6 +111,9 @@ protected:
     std::mutex& ListLock() const { return m_listLock; }
 
 private:
+    static void Callback(MidiHandle handle, MidiCallbackMessage message, void* instance,
+                         MidiHeader* header);
+
     // The driver stores the handle from its callback; we wait for that
     // rather than trust the handle the open call returns.
     bool WaitForHandle(MidiHandle expected);

@@ -16,7 +16,7 @@ CMidiIn::~CMidiIn()
 
 bool CMidiIn::Open(std::uint32_t index)
 {
-    const bool opened = OpenPort(index, &CMidiIn::Callback, m_stopEvent);
+    const bool opened = OpenPort(index, m_stopEvent);
     m_lostBuffers = 0;
     return opened;
 }
@@ -96,13 +96,6 @@ void CMidiIn::ThreadProc()
                 GiveBack(*buffer);
         }
     }
-}
-
-void CMidiIn::Callback(MidiHandle handle, MidiCallbackMessage message, void* instance,
-                       MidiHeader* header)
-{
-    auto* self = static_cast<CMidiIn*>(static_cast<CMidiDevice*>(instance));
-    self->HandleCallback(handle, message, header);
 }
 
 void CMidiIn::HandleCallback(MidiHandle handle, MidiCallbackMessage message, MidiHeader* header)

@@ -42,9 +42,8 @@ protected:
     void ThreadProc() override;
 
 private:
-    static void Callback(MidiHandle handle, MidiCallbackMessage message, void* instance,
-                         MidiHeader* header);
-    void HandleCallback(MidiHandle handle, MidiCallbackMessage message, MidiHeader* header);
+    void HandleCallback(MidiHandle handle, MidiCallbackMessage message,
+                        MidiHeader* header) override;
     void CollectBytes(CMidiBuffer& buffer);
     // Hands a buffer to the driver; on failure it stays free.
     void GiveBack(CMidiBuffer& buffer);

@@ -32,7 +32,7 @@ CMidiOut::~CMidiOut()
 bool CMidiOut::Open(std::uint32_t index)
 {
     m_failed = false;
-    if (!OpenPort(index, &CMidiOut::Callback, m_sysexSent))
+    if (!OpenPort(index, m_sysexSent))
         return false;
     m_paced = m_pacing == Pacing::Cable ||
               (m_pacing == Pacing::Auto && !Driver().IsSoftwareOnly(Handle()));
@@ -144,13 +144,6 @@ void CMidiOut::WaitAtMost(std::chrono::nanoseconds& wait, CCablePacer::TimePoint
     const auto nanoseconds = std::chrono::duration_cast<std::chrono::nanoseconds>(left);
     if (wait < std::chrono::nanoseconds::zero() || nanoseconds < wait)
         wait = nanoseconds;
-}
-
-void CMidiOut::Callback(MidiHandle handle, MidiCallbackMessage message, void* instance,
-                        MidiHeader* header)
-{
-    auto* self = static_cast<CMidiOut*>(static_cast<CMidiDevice*>(instance));
-    self->HandleCallback(handle, message, header);
 }
 
 void CMidiOut::HandleCallback(MidiHandle handle, MidiCallbackMessage message, MidiHeader* header)

@@ -84,9 +84,8 @@ protected:
     void ThreadProc() override;
 
 private:
-    static void Callback(MidiHandle handle, MidiCallbackMessage message, void* instance,
-                         MidiHeader* header);
-    void HandleCallback(MidiHandle handle, MidiCallbackMessage message, MidiHeader* header);
+    void HandleCallback(MidiHandle handle, MidiCallbackMessage message,
+                        MidiHeader* header) override;
     void QueueMessage(std::span<const std::uint8_t> bytes);
     // Removes the first message once all of it has gone out; true when it
     // was a SysEx message, so that the SysEx pause follows.

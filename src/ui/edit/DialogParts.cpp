@@ -1,5 +1,7 @@
 #include "ui/edit/DialogParts.h"
 
+#include "ui/DeviceText.h"
+
 #include <QDialog>
 #include <QDialogButtonBox>
 
@@ -16,9 +18,7 @@ QDialogButtonBox* CreateOkCancelButtons(QDialog& dialog)
 
 QString NumberedName(int number, const std::string& name)
 {
-    // Names are the device's bytes, not UTF-8.
-    return QStringLiteral("%1 ").arg(number, 2, 10, QLatin1Char('0')) +
-           QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
+    return QStringLiteral("%1 ").arg(number, 2, 10, QLatin1Char('0')) + FromDeviceText(name);
 }
 
 } // namespace tarvix

@@ -1,9 +1,9 @@
 #include "ui/export/ExportCommand.h"
 
-#include "framework/FileDialog.h"
 #include "framework/MessageBox.h"
 #include "midifile/MidiExport.h"
 #include "midifile/MidiFile.h"
+#include "ui/MidiFileRequest.h"
 #include "ui/import/PaneSelection.h"
 
 #include <QCoreApplication>
@@ -26,10 +26,7 @@ void CExportCommand::Run(QWidget* parent, const CMmt8Memory& memory,
         return;
     }
     const QString path = CFileDialog::GetSaveFileName(
-        parent, {QCoreApplication::translate("CExportCommand", "Export"),
-                 {},
-                 QString::fromLatin1(kFilter),
-                 QStringLiteral("mid")});
+        parent, MidiFileRequest(QCoreApplication::translate("CExportCommand", "Export")));
     if (path.isEmpty())
         return;
     if (!RunExport(memory, *selection, path.toStdString(), error))

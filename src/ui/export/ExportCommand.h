@@ -14,8 +14,6 @@ class CMmt8Memory;
 // reported with the system's reason.
 class CExportCommand {
 public:
-    static constexpr const char* kFilter = "MIDI Files (*.mid)";
-
     static void Run(QWidget* parent, const CMmt8Memory& memory, const PaneCommandContext& context);
 };
 

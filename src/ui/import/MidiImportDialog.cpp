@@ -1,13 +1,13 @@
 #include "ui/import/MidiImportDialog.h"
 
 #include "framework/DialogRunner.h"
-#include "framework/FileDialog.h"
 #include "framework/MessageBox.h"
 #include "midifile/ImportTrackList.h"
 #include "midifile/MidiDumpSink.h"
 #include "midifile/MidiFileException.h"
 #include "midifile/MidiImport.h"
 #include "settings/ImportOptionSettings.h"
+#include "ui/MidiFileRequest.h"
 #include "ui/TrackDumpView.h"
 #include "ui/import/ImportTrackModel.h"
 
@@ -140,8 +140,7 @@ int CMidiImportDialog::Run(const QString& file)
 bool CMidiImportDialog::Browse()
 {
     const QString path =
-        CFileDialog::GetOpenFileName(this, {tr("Open"), m_fileEdit->text(),
-                                            QString::fromLatin1(kFilter), QStringLiteral("mid")});
+        CFileDialog::GetOpenFileName(this, MidiFileRequest(tr("Open"), m_fileEdit->text()));
     if (path.isEmpty())
         return false;
     LoadFile(path);

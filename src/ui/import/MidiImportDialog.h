@@ -26,7 +26,6 @@ class CMidiImportDialog : public QDialog {
     Q_OBJECT
 public:
     static constexpr const char* kTitle = "MIDI File Import";
-    static constexpr const char* kFilter = "MIDI Files (*.mid)";
     static constexpr const char* kTrackDumpTitle = "MIDI Track Dump";
 
     // The request's destination and track mask are set; the dialog fills

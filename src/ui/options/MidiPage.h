@@ -1,6 +1,7 @@
 #pragma once
 
 #include "settings/SettingValues.h"
+#include "ui/FrameKeys.h"
 #include "ui/options/OptionsPage.h"
 
 #include <cstdint>
@@ -24,10 +25,10 @@ class IMidiPorts;
 class CMidiPage : public COptionsPage {
     Q_OBJECT
 public:
-    static constexpr int kInPortId = 2711;
+    static constexpr int kInPortId = kMidiInPortControl;
     static constexpr int kInBufSizeId = 2712;
     static constexpr int kInBufNumberId = 2714;
-    static constexpr int kOutPortId = 2721;
+    static constexpr int kOutPortId = kMidiOutPortControl;
     static constexpr int kOutBufSizeId = 2722;
     static constexpr int kOutBufNumberId = 2724;
     static constexpr int kOutSyxDelayId = 2726;

@@ -1,6 +1,7 @@
 #include "ui/ports/DriverMidiPorts.h"
 
 #include "framework/MessageBox.h"
+#include "settings/MidiPortSettings.h"
 #include "settings/Settings.h"
 #include "transport/drivers/MidiDriver.h"
 #include "transport/ports/MidiIn.h"
@@ -9,20 +10,6 @@
 #include <QStatusBar>
 
 namespace tarvix {
-
-PortSettings MakePortSettings(const SettingValues& values)
-{
-    PortSettings settings;
-    settings.inDevice = values.midiInDevice;
-    settings.inBufferSize = values.midiInBufSize;
-    settings.inBufferCount = values.midiInBufNumber;
-    settings.outDevice = values.midiOutDevice;
-    settings.outBufferSize = values.midiOutBufSize;
-    settings.outBufferCount = values.midiOutBufNumber;
-    settings.outSysexDelay = values.midiOutSyxDelay;
-    settings.outBufferDelay = values.midiOutBufDelay;
-    return settings;
-}
 
 CDriverMidiPorts::CDriverMidiPorts(std::unique_ptr<IMidiDriver> driver, const CSettings& settings)
     : m_driver(std::move(driver)), m_settings(settings),
@@ -40,7 +27,7 @@ CDriverMidiPorts::~CDriverMidiPorts()
 
 void CDriverMidiPorts::OpenDevices()
 {
-    const PortSettings settings = MakePortSettings(m_settings.Values());
+    const PortSettings settings = PortSettingsFor(m_settings.Values());
     QStatusBar* statusBar = m_status.GetStatusBar();
     QWidget* owner = statusBar != nullptr ? statusBar->window() : nullptr;
     OpenMidiDevices(*m_input, *m_output, settings, &m_status, [owner](const std::string& text) {

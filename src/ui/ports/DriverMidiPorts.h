@@ -12,10 +12,6 @@ class CMidiIn;
 class CMidiOut;
 class CSettings;
 class IMidiDriver;
-struct SettingValues;
-
-// What the ports take from the program's settings.
-PortSettings MakePortSettings(const SettingValues& values);
 
 // The transport's two ports over a MIDI driver: the system's in the
 // program, the Loopback driver in tests. Opening reads the port names and

@@ -57,7 +57,6 @@ public:
     void MarkClean();
     // Forgets every step; the document as it is now is clean (after Open).
     void Clear();
-    bool IsClean() const { return m_clean == static_cast<std::ptrdiff_t>(m_current); }
 
     std::size_t StepCount() const { return m_steps.size(); }
     std::size_t Bytes() const { return m_bytes; }

@@ -1,6 +1,7 @@
 #include "ui/views/PianoRollView.h"
 
 #include "model/Mmt8Part.h"
+#include "ui/DeviceText.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -22,11 +23,6 @@ constexpr int kMinRowHeight = 3;
 constexpr int kMaxRowHeight = 30;
 constexpr double kZoomStep = 1.5;
 constexpr int kLanePickPixels = 4;
-
-QString FromDevice(const std::string& text)
-{
-    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 // Shows text as the tooltip of widget, or hides a shown one.
 bool ShowToolTip(QEvent* event, const QString& text, QWidget* widget)
@@ -239,7 +235,7 @@ QString CPianoRollView::NoteToolTipAt(QPoint viewportPos) const
     if (note == nullptr)
         return {};
     const CMmt8Event* event = FindRollEvent(*m_part, note->track, note->index);
-    return event ? FromDevice(DescribeRollEvent(*event, note->track)) : QString();
+    return event ? FromDeviceText(DescribeRollEvent(*event, note->track)) : QString();
 }
 
 QString CPianoRollView::LaneToolTipAt(QPoint lanePos) const
@@ -253,7 +249,7 @@ QString CPianoRollView::LaneToolTipAt(QPoint lanePos) const
     if (found == nullptr)
         return {};
     const CMmt8Event* event = FindRollEvent(*m_part, found->track, found->index);
-    return event ? FromDevice(DescribeRollEvent(*event, found->track)) : QString();
+    return event ? FromDeviceText(DescribeRollEvent(*event, found->track)) : QString();
 }
 
 void CPianoRollView::paintEvent(QPaintEvent* event)

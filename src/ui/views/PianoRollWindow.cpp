@@ -5,7 +5,6 @@
 
 #include <QCheckBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPixmap>
@@ -24,18 +23,13 @@ QIcon Swatch(const QColor& colour)
     return QIcon(pixmap);
 }
 
-QString FromDevice(const std::string& text)
-{
-    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
 } // namespace
 
 CPianoRollWindow::CPianoRollWindow(const CMmt8Memory& memory, int part, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_memory(memory), m_part(part), m_view(new CPianoRollView(this)),
+    : CViewWindow(parent), m_memory(memory), m_part(part), m_view(new CPianoRollView(this)),
       m_summary(new QLabel(this))
 {
     setObjectName(QStringLiteral("pianoRollWindow"));
-    setAttribute(Qt::WA_DeleteOnClose);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     auto* legend = new QHBoxLayout;
@@ -86,8 +80,7 @@ void CPianoRollWindow::Refresh()
 void CPianoRollWindow::UpdateTexts()
 {
     const CMmt8Part& part = m_memory.Part(m_part);
-    setWindowTitle(
-        tr("Piano roll - %1  %2").arg(m_part, 2, 10, QLatin1Char('0')).arg(FromDevice(part.name)));
+    SetNumberedTitle(tr("Piano roll"), m_part, part.name);
     const CPianoRollModel& model = m_view->Model();
     for (int track = 0; track < kTracksPerPart; ++track) {
         QCheckBox* box = m_boxes[static_cast<std::size_t>(track)];
@@ -103,15 +96,6 @@ void CPianoRollWindow::UpdateTexts()
                            .arg(part.beats)
                            .arg(model.VisibleNoteCount())
                            .arg(model.VisibleLaneEventCount()));
-}
-
-void CPianoRollWindow::keyPressEvent(QKeyEvent* event)
-{
-    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
-        close();
-        return;
-    }
-    QWidget::keyPressEvent(event);
 }
 
 } // namespace tarvix

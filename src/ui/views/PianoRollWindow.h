@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include "ui/views/ViewWindow.h"
 
 #include <array>
 
@@ -14,7 +14,7 @@ class CPianoRollView;
 
 // A window showing one part as a piano roll, with a legend that shows or
 // hides each track. Read-only; Refresh draws it again from the document.
-class CPianoRollWindow : public QWidget {
+class CPianoRollWindow : public CViewWindow {
     Q_OBJECT
 public:
     CPianoRollWindow(const CMmt8Memory& memory, int part, QWidget* parent = nullptr);
@@ -25,7 +25,6 @@ public:
     void Refresh();
 
 protected:
-    void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:

@@ -1,5 +1,6 @@
 #include "ui/views/SongView.h"
 
+#include "ui/DeviceText.h"
 #include "ui/views/PianoRollPainter.h"
 #include "ui/views/TimeLine.h"
 
@@ -31,10 +32,6 @@ QColor PartColour(int part)
     return QColor::fromHsv((part * 47) % 360, 70, 235);
 }
 
-QString FromDevice(const std::string& text)
-{
-    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
 } // namespace
 
 class CSongCanvas : public QWidget {
@@ -64,7 +61,7 @@ protected:
                 event->ignore();
             } else {
                 QToolTip::showText(help->globalPos(),
-                                   FromDevice(DescribeSongBlock(
+                                   FromDeviceText(DescribeSongBlock(
                                        m_view.m_model.Blocks()[static_cast<std::size_t>(block)])),
                                    this);
             }
@@ -138,7 +135,7 @@ void CSongCanvas::PaintBlock(QPainter& painter, const CSongViewModel::Block& blo
         const QRect text = rect.adjusted(4, 2, -3, -10);
         painter.drawText(
             text, Qt::AlignLeft | Qt::AlignTop,
-            fontMetrics().elidedText(FromDevice(block.label), Qt::ElideRight, text.width()));
+            fontMetrics().elidedText(FromDeviceText(block.label), Qt::ElideRight, text.width()));
     }
 }
 

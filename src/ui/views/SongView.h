@@ -23,7 +23,6 @@ public:
     // -1 for none; no signal.
     void SetSelectedStep(int step);
     int SelectedStep() const { return m_selected; }
-    double PixelsPerBeat() const { return m_pixelsPerBeat; }
     void Zoom(double factor);
     // Where a block is drawn on the canvas.
     QRect BlockRect(int block) const;

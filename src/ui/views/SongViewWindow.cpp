@@ -3,7 +3,6 @@
 #include "model/Mmt8Memory.h"
 #include "ui/views/SongView.h"
 
-#include <QKeyEvent>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -12,11 +11,10 @@
 namespace tarvix {
 
 CSongViewWindow::CSongViewWindow(const CMmt8Memory& memory, int song, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_memory(memory), m_song(song), m_view(new CSongView(this)),
+    : CViewWindow(parent), m_memory(memory), m_song(song), m_view(new CSongView(this)),
       m_summary(new QLabel(this))
 {
     setObjectName(QStringLiteral("songViewWindow"));
-    setAttribute(Qt::WA_DeleteOnClose);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     m_summary->setObjectName(QStringLiteral("songViewSummary"));
@@ -33,10 +31,7 @@ void CSongViewWindow::Refresh()
 {
     m_view->Model().Rebuild(m_memory, m_song);
     m_view->ModelChanged();
-    const std::string& name = m_memory.Song(m_song).name;
-    setWindowTitle(tr("Song arrangement - %1  %2")
-                       .arg(m_song, 2, 10, QLatin1Char('0'))
-                       .arg(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()))));
+    SetNumberedTitle(tr("Song arrangement"), m_song, m_memory.Song(m_song).name);
     const CSongViewModel& model = m_view->Model();
     const auto seconds = static_cast<long>(std::lround(model.Seconds()));
     m_summary->setText(
@@ -48,15 +43,6 @@ void CSongViewWindow::Refresh()
                   .arg(seconds / 60)
                   .arg(seconds % 60, 2, 10, QLatin1Char('0'))
                   .arg(model.Tempo()));
-}
-
-void CSongViewWindow::keyPressEvent(QKeyEvent* event)
-{
-    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
-        close();
-        return;
-    }
-    QWidget::keyPressEvent(event);
 }
 
 } // namespace tarvix

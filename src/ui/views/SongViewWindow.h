@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include "ui/views/ViewWindow.h"
 
 class QLabel;
 
@@ -11,7 +11,7 @@ class CSongView;
 
 // A window showing one song as blocks along a time line. Read-only; a block
 // chosen in it is announced so the list can select its step.
-class CSongViewWindow : public QWidget {
+class CSongViewWindow : public CViewWindow {
     Q_OBJECT
 public:
     CSongViewWindow(const CMmt8Memory& memory, int song, QWidget* parent = nullptr);
@@ -22,9 +22,6 @@ public:
 
 signals:
     void stepSelected(int song, int step);
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     const CMmt8Memory& m_memory;

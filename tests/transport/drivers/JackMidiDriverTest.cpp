@@ -10,6 +10,7 @@
 
 #include "transport/drivers/jack/JackBridgeRoute.h"
 #include "transport/drivers/jack/JackMidiDriver.h"
+#include "transport/drivers/jack/JackSharedFilesLock.h"
 
 #include <gtest/gtest.h>
 #include <jack/jack.h>
@@ -192,6 +193,28 @@ TEST_F(JackMidiDriverTest, ListsOtherClientsPortsByTheirJackNames)
     EXPECT_EQ(program->GetUnavailableReason(), "");
 }
 
+// As a program that only lists the ports does: a client that went at once
+// must not stay in the server's graph, where a server in sync mode would
+// wait for it every cycle and start no other client.
+TEST_F(JackMidiDriverTest, ClientsClosedAsSoonAsTheyOpenedLeaveTheServerRunning)
+{
+    for (int i = 0; i < 10; ++i) {
+        CJackMidiDriver lister("tarvix-lister", s_server->GetName());
+        lister.GetNumDevs(MidiDirection::Input);
+        ASSERT_EQ(lister.GetUnavailableReason(), "");
+    }
+    Endpoint deviceOut(*device);
+    Endpoint programIn(*program);
+    ASSERT_EQ(deviceOut.OpenVirtual(*device, MidiDirection::Output, "out"), kMidiNoError)
+        << device->GetUnavailableReason();
+    ASSERT_EQ(programIn.Open(MidiDirection::Input, "tarvix-device:out"), kMidiNoError)
+        << program->GetUnavailableReason();
+    deviceOut.MakeBuffers(1, 16);
+    programIn.MakeBuffers(4, 16);
+    const Bytes message = MakeSysex(16, 3);
+    EXPECT_EQ(Transfer(deviceOut, programIn, message), message);
+}
+
 // 256-byte pieces both ways are the driver contract's; what only JACK does
 // is a buffer larger than a period's port buffer, sent over several periods.
 TEST_F(JackMidiDriverTest, ASysexLargerThanAPeriodHoldsCrossesWhole)
@@ -311,6 +334,7 @@ public:
     explicit LateClient(const std::string& server)
     {
         jack_status_t status{};
+        const CJackSharedFilesLock lock; // as every client of ours opens
         m_client = jack_client_open("late",
                                     static_cast<jack_options_t>(JackNoStartServer | JackServerName),
                                     &status, server.c_str());
@@ -331,6 +355,7 @@ public:
     ~LateClient()
     {
         if (m_client != nullptr) {
+            const CJackSharedFilesLock lock;
             jack_client_close(m_client);
         }
     }

@@ -2,6 +2,7 @@
 
 #include "transport/drivers/jack/JackBridgeRoute.h"
 #include "transport/drivers/jack/JackRealtimePort.h"
+#include "transport/drivers/jack/JackSharedFilesLock.h"
 
 #include <jack/jack.h>
 #include <jack/midiport.h>
@@ -24,8 +25,32 @@ constexpr std::size_t kOutputRingBytes = 64 * 1024;
 // The thread also looks without being woken, for a server that went away.
 constexpr long kIdleWakeNanoseconds = 100'000'000;
 constexpr auto kCycleWaitLimit = std::chrono::seconds(2);
+// A server in sync mode waits for a late client up to ten times its
+// timeout each cycle; a few such cycles may pass before a new client's.
+constexpr auto kFirstCycleWaitLimit = std::chrono::seconds(20);
 
 void QuietJackMessage(const char* /*message*/) {}
+
+// Polls, for the process callback's counters: false if the time is up.
+template <typename Condition>
+bool WaitUntil(Condition condition, std::chrono::steady_clock::duration limit)
+{
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+// The last client of a process closes libjack's shared files.
+void CloseClient(jack_client_t* client)
+{
+    const CJackSharedFilesLock lock;
+    jack_client_close(client);
+}
 
 std::size_t Slot(MidiDirection direction)
 {
@@ -87,7 +112,7 @@ CJackMidiDriver::~CJackMidiDriver()
         m_thread.join();
     }
     if (m_client != nullptr) {
-        jack_client_close(m_client); // no process callback runs after this
+        CloseClient(m_client); // no process callback runs after this
     }
     sem_destroy(&m_wake);
 }
@@ -154,7 +179,7 @@ bool CJackMidiDriver::OpenClient()
             m_unavailableReason = "The JACK server has shut down.";
             return false;
         }
-        jack_client_close(m_client);
+        CloseClient(m_client);
         m_client = nullptr;
         m_serverGone = false;
     }
@@ -167,8 +192,12 @@ bool CJackMidiDriver::OpenClient()
         options |= JackServerName;
     }
     jack_status_t status{};
-    jack_client_t* client = jack_client_open(
-        m_clientName.c_str(), static_cast<jack_options_t>(options), &status, m_serverName.c_str());
+    jack_client_t* client = nullptr;
+    {
+        const CJackSharedFilesLock lock;
+        client = jack_client_open(m_clientName.c_str(), static_cast<jack_options_t>(options),
+                                  &status, m_serverName.c_str());
+    }
     jack_set_error_function(nullptr);
     jack_set_info_function(nullptr);
     if (client == nullptr) {
@@ -183,8 +212,16 @@ bool CJackMidiDriver::OpenClient()
     jack_set_process_callback(client, &CJackMidiDriver::ProcessCallback, this);
     jack_on_shutdown(client, &CJackMidiDriver::ShutdownCallback, this);
     jack_set_xrun_callback(client, &CJackMidiDriver::XrunCallback, this);
-    if (jack_activate(client) != 0) {
-        jack_client_close(client);
+    // jack_activate may return before the server's graph holds the client
+    // (jackd2 then waits for a cycle that had begun already). A client
+    // closed in that while is never taken out of the graph, and a server
+    // in sync mode waits for it every cycle from then on. Once our callback
+    // has run, the graph holds us; this is also when our ports can work.
+    const std::uint64_t cyclesBefore = m_cyclesStarted.load();
+    if (jack_activate(client) != 0 ||
+        !WaitUntil([&] { return m_cyclesStarted.load() != cyclesBefore || m_serverGone; },
+                   kFirstCycleWaitLimit)) {
+        CloseClient(client);
         m_unavailableReason = "The JACK server would not run the client.";
         return false;
     }
@@ -344,11 +381,7 @@ void CJackMidiDriver::Unpublish(std::size_t slot)
     // A cycle that began before the store may still use the port; wait
     // until every cycle begun by now has ended.
     const std::uint64_t begun = m_cyclesStarted.load();
-    const auto deadline = std::chrono::steady_clock::now() + kCycleWaitLimit;
-    while (m_cyclesEnded.load() < begun && !m_serverGone &&
-           std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    WaitUntil([&] { return m_cyclesEnded.load() >= begun || m_serverGone; }, kCycleWaitLimit);
 }
 
 void CJackMidiDriver::ClosePort(BufferedMidiPort& closed)
@@ -482,6 +515,15 @@ bool CJackMidiDriver::IsLinked(JackPort& port)
     if (jack_port_connected(port.m_rt->GetPort()) > 0) {
         port.m_linkSeen = true;
         return true;
+    }
+    if (port.m_linkSeen && jack_port_by_name(m_client, port.m_remote.c_str()) != nullptr) {
+        // A client that dies loses its connections a cycle or more before
+        // its ports, both in the one request that removes it, and the
+        // server's single request thread answers this request of ours only
+        // once that one is done: a port still there then had the connection
+        // alone removed. (A client that closes itself asks for the two in
+        // turn, so its close can still read as a removed connection.)
+        jack_free(jack_get_uuid_for_client_name(m_client, jack_get_client_name(m_client)));
     }
     if (jack_port_by_name(m_client, port.m_remote.c_str()) == nullptr) {
         m_ports.Fail(port, "The port it was connected to is gone.");
