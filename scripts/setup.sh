@@ -17,6 +17,8 @@ packages=(
     jackd2                           # a real JACK server for the MIDI driver and e2e tests
     xvfb xauth xdotool imagemagick   # scripts/screenshot.sh: the editor on a virtual screen
     qemu-system-x86 busybox-static   # scripts/alsa-vm.sh: a VM with a real ALSA sequencer
+    a2jmidid                         # ... and a JACK bridge to it, refused for sends
+    pipewire pipewire-jack alsa-utils # bench/jack-routes.sh: PipeWire's JACK, aconnect
     dpkg-dev librsvg2-bin            # scripts/package.sh: dependencies (dpkg-shlibdeps), PNG icons
     desktop-file-utils appstream     # ... validating the desktop entry and the metainfo
     shared-mime-info groff-base file # ... the file type, the man pages, the icons' sizes

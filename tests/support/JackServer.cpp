@@ -13,6 +13,7 @@
 #include <sys/file.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace tarvix::test {
 
@@ -79,7 +80,7 @@ bool JackServer::IsInstalled()
     return !FindJackd().empty();
 }
 
-bool JackServer::Start(const std::string& baseName, std::string& error)
+bool JackServer::Start(const std::string& baseName, std::string& error, Mode mode)
 {
     const std::string jackd = FindJackd();
     if (jackd.empty()) {
@@ -87,7 +88,7 @@ bool JackServer::Start(const std::string& baseName, std::string& error)
         return false;
     }
     for (int number = 1; number <= kNames; ++number) {
-        if (StartAs(jackd, baseName + "-" + std::to_string(number), error)) {
+        if (StartAs(jackd, baseName + "-" + std::to_string(number), mode, error)) {
             return true;
         }
     }
@@ -121,7 +122,8 @@ void JackServer::ReleaseName()
     }
 }
 
-bool JackServer::StartAs(const std::string& jackd, const std::string& name, std::string& error)
+bool JackServer::StartAs(const std::string& jackd, const std::string& name, Mode mode,
+                         std::string& error)
 {
     if (!ClaimName(name)) {
         error = "every name is taken by another test's server";
@@ -132,7 +134,7 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
         // jackd creates files that every server and client shares as it
         // starts; no other test's client or server may touch them meanwhile.
         const CJackSharedFilesLock lock;
-        up = Launch(jackd, name, error);
+        up = Launch(jackd, name, mode, error);
     }
     if (!up) {
         Stop();
@@ -140,7 +142,8 @@ bool JackServer::StartAs(const std::string& jackd, const std::string& name, std:
     return up;
 }
 
-bool JackServer::Launch(const std::string& jackd, const std::string& name, std::string& error)
+bool JackServer::Launch(const std::string& jackd, const std::string& name, Mode mode,
+                        std::string& error)
 {
     testing::ChildProcess::Options options;
     options.inputPipe = false;
@@ -155,9 +158,12 @@ bool JackServer::Launch(const std::string& jackd, const std::string& name, std::
     // clearing and refilling, and MIDI events vanish or come out mixed: on a
     // loaded test machine, where no client runs in real time, that happens
     // at random. In sync mode a late client only makes the period longer.
-    if (!m_jackd->Start(
-            {jackd, "--no-realtime", "-S", "-t", kClientTimeoutMs, "-n", name, "-d", "dummy"},
-            options)) {
+    std::vector<std::string> arguments{jackd, "--no-realtime", "-t", kClientTimeoutMs, "-n", name,
+                                       "-d",  "dummy"};
+    if (mode == Mode::Synchronous) {
+        arguments.insert(arguments.begin() + 2, "-S");
+    }
+    if (!m_jackd->Start(arguments, options)) {
         error = "cannot start jackd";
         return false;
     }

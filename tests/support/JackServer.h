@@ -24,14 +24,17 @@ public:
 
     static bool IsInstalled();
     // Starts it under the first free name of the set and waits until a
-    // client can connect; false with a reason.
-    bool Start(const std::string& baseName, std::string& error);
+    // client can connect; false with a reason. Synchronous unless asked:
+    // asynchronous is how users run jackd, and where a late client misses
+    // cycles.
+    enum class Mode { Synchronous, Asynchronous };
+    bool Start(const std::string& baseName, std::string& error, Mode mode = Mode::Synchronous);
     void Stop();
     const std::string& GetName() const { return m_name; }
 
 private:
-    bool StartAs(const std::string& jackd, const std::string& name, std::string& error);
-    bool Launch(const std::string& jackd, const std::string& name, std::string& error);
+    bool StartAs(const std::string& jackd, const std::string& name, Mode mode, std::string& error);
+    bool Launch(const std::string& jackd, const std::string& name, Mode mode, std::string& error);
     bool HasExited();
     bool ClaimName(const std::string& name);
     void ReleaseName();

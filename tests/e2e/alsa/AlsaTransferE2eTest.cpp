@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <regex>
+#include <thread>
 
 #include <unistd.h>
 
@@ -267,6 +268,59 @@ TEST_F(AlsaTransferTest, AnInterfaceUnpluggedMidSendEndsItWithAMessage)
     // Said of the port, whichever way the program learnt of it.
     EXPECT_NE(send->ReadErr().find("is gone"), std::string::npos) << send->ReadErr();
 }
+
+#ifdef TARVIX_WITH_JACK
+// a2jmidid drops SysEx on its way from JACK to ALSA: a send to its port is
+// refused before a byte goes, and the ALSA port the message points to is
+// the interface's, as listed.
+TEST_F(AlsaTransferTest, ASendThroughA2jmididIsRefusedPointingToTheAlsaPort)
+{
+    ASSERT_TRUE(std::filesystem::exists("/usr/bin/a2jmidid"))
+        << "a2jmidid is missing (scripts/setup.sh installs it)";
+    // a2jmidid talks only to the server named "default", which in the VM
+    // is no one else's.
+    const auto jackd = StartProgram(
+        {"/usr/bin/jackd", "--no-realtime", "-S", "-t", "200", "-n", "default", "-d", "dummy"},
+        "jackd");
+    environment.push_back("JACK_DEFAULT_SERVER=default");
+    // a2jmidid gives up at once without a server.
+    Run ports;
+    for (int attempt = 0; attempt < 30; ++attempt) {
+        ports = RunCli({"ports"});
+        if (ports.err.find("No JACK server") == std::string::npos)
+            break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+    ASSERT_EQ(ports.err.find("No JACK server"), std::string::npos) << jackd->Describe();
+    const auto bridge = StartProgram({"/usr/bin/a2jmidid", "-e"}, "a2jmidid");
+    const auto device = StartStandIn({"--received", folder.File("device-got.syx")});
+
+    // a2jmidid names its port "a2j:CLIENT [NUMBER] (playback): PORT".
+    const std::regex a2jPort("out\\t(JACK: a2j:" + client + " \\[\\d+\\] \\(playback\\): VirMIDI " +
+                             std::to_string(Card()) + "-0)\n");
+    std::smatch match;
+    for (int attempt = 0; attempt < 30; ++attempt) {
+        ports = RunCli({"ports"});
+        if (std::regex_search(ports.out, match, a2jPort))
+            break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+    ASSERT_FALSE(match.empty()) << ports.out << jackd->Describe() << bridge->Describe();
+    EXPECT_NE(ports.out.find("out\t" + port + "\n"), std::string::npos) << ports.out;
+
+    const Run send = RunCli({"send", WriteFile("full.syx", FullDump()), "--port", match[1]});
+    const Report report = FinishStandIn(*device);
+
+    EXPECT_EQ(send.exit.code, 1) << send.description;
+    EXPECT_NE(send.err.find("Sending stopped after 0 of " + std::to_string(FullDump().size()) +
+                            " bytes: a2jmidid passes no SysEx from JACK to the MIDI interface; "
+                            "send to its ALSA port (" +
+                            port + ") instead.\n"),
+              std::string::npos)
+        << send.err;
+    EXPECT_EQ(report.received, 0) << device->Describe();
+}
+#endif
 
 } // namespace
 } // namespace tarvix::testing

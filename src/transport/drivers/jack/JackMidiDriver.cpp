@@ -1,5 +1,6 @@
 #include "transport/drivers/jack/JackMidiDriver.h"
 
+#include "transport/drivers/jack/JackBridgeRoute.h"
 #include "transport/drivers/jack/JackRealtimePort.h"
 #include "transport/drivers/jack/JackSharedFilesLock.h"
 
@@ -56,6 +57,24 @@ std::size_t Slot(MidiDirection direction)
     return direction == MidiDirection::Input ? 0 : 1;
 }
 
+std::vector<std::string> Aliases(jack_client_t* client, const std::string& portName)
+{
+    std::vector<std::string> aliases;
+    const jack_port_t* port = jack_port_by_name(client, portName.c_str());
+    const int size = jack_port_name_size();
+    if (port == nullptr || size <= 0) {
+        return aliases;
+    }
+    std::vector<char> first(static_cast<std::size_t>(size));
+    std::vector<char> second(static_cast<std::size_t>(size));
+    char* names[2] = {first.data(), second.data()};
+    const int count = jack_port_get_aliases(port, names);
+    for (int i = 0; i < count && i < 2; ++i) {
+        aliases.emplace_back(names[i]);
+    }
+    return aliases;
+}
+
 } // namespace
 
 struct JackPort : BufferedMidiPort {
@@ -73,6 +92,10 @@ struct JackPort : BufferedMidiPort {
     // stops when that port goes away or the connection is removed.
     std::string m_remote;
     bool m_linkSeen = false;
+    // Output: the bridge that port leads to, if any, and whether it is a
+    // port of the server's own driver, before a cable.
+    JackBridgeRoute m_route;
+    bool m_physical = false;
 };
 
 CJackMidiDriver::CJackMidiDriver(std::string clientName, std::string serverName)
@@ -98,9 +121,13 @@ int CJackMidiDriver::ProcessCallback(std::uint32_t frames, void* driver)
 {
     auto& self = *static_cast<CJackMidiDriver*>(driver);
     self.m_cyclesStarted.fetch_add(1);
+    const bool missed = self.NoteCycle(frames);
     bool moved = false;
     for (const std::atomic<CJackRealtimePort*>& slot : self.m_slots) {
         if (CJackRealtimePort* port = slot.load()) {
+            if (missed) {
+                port->CyclesMissed();
+            }
             moved = port->Process(frames) || moved;
         }
     }
@@ -108,6 +135,30 @@ int CJackMidiDriver::ProcessCallback(std::uint32_t frames, void* driver)
         sem_post(&self.m_wake); // async-signal-safe: does not block
     }
     self.m_cyclesEnded.fetch_add(1);
+    return 0;
+}
+
+bool CJackMidiDriver::NoteCycle(std::uint32_t frames)
+{
+    // The server's frame time grows by one period each cycle whatever
+    // happens (an xrun of its own included), so a cycle that starts later
+    // than the one after our last is one we were not run in.
+    const jack_nframes_t start = jack_last_frame_time(m_processClient.load());
+    const bool missed = m_cycleKnown && start != m_nextCycleStart;
+    if (missed) {
+        m_missedCycles.fetch_add(1);
+        sem_post(&m_wake);
+    }
+    m_nextCycleStart = start + frames;
+    m_cycleKnown = true;
+    return missed;
+}
+
+int CJackMidiDriver::XrunCallback(void* driver)
+{
+    auto& self = *static_cast<CJackMidiDriver*>(driver);
+    self.m_xruns.fetch_add(1);
+    sem_post(&self.m_wake);
     return 0;
 }
 
@@ -156,8 +207,11 @@ bool CJackMidiDriver::OpenClient()
                                   : "The JACK server" + server + " refused the client.";
         return false;
     }
+    m_processClient = client;
+    m_cycleKnown = false; // no callback runs before activation
     jack_set_process_callback(client, &CJackMidiDriver::ProcessCallback, this);
     jack_on_shutdown(client, &CJackMidiDriver::ShutdownCallback, this);
+    jack_set_xrun_callback(client, &CJackMidiDriver::XrunCallback, this);
     // jack_activate may return before the server's graph holds the client
     // (jackd2 then waits for a cycle that had begun already). A client
     // closed in that while is never taken out of the graph, and a server
@@ -311,6 +365,10 @@ MidiResult CJackMidiDriver::OpenPort(MidiDirection direction, const std::string&
     }
     if (remote != nullptr && !input) {
         port->m_remote = *remote;
+        port->m_route = ClassifyJackPort(*remote, Aliases(m_client, *remote));
+        const jack_port_t* remotePort = jack_port_by_name(m_client, remote->c_str());
+        port->m_physical =
+            remotePort != nullptr && (jack_port_flags(remotePort) & JackPortIsPhysical) != 0;
     }
     handle = port.get();
     m_ports.Insert(std::move(port));
@@ -364,6 +422,18 @@ void CJackMidiDriver::Account(JackPort& port, std::uint64_t bytes)
     }
 }
 
+bool CJackMidiDriver::Refused(JackPort& port)
+{
+    // Before any byte of it goes: the bridge would pass some of it.
+    for (const MidiHeader* header : port.m_output) {
+        if (port.m_route.Drops(header->data, header->bufferLength)) {
+            m_ports.Fail(port, port.m_route.refusal);
+            return true;
+        }
+    }
+    return false;
+}
+
 void CJackMidiDriver::PushOutput(JackPort& port)
 {
     // Bytes beyond those accounted are already in the ring: skip them.
@@ -391,6 +461,12 @@ void CJackMidiDriver::PushOutput(JackPort& port)
 void CJackMidiDriver::Pump()
 {
     const bool serverGone = m_serverGone;
+    const std::uint64_t missed = m_missedCycles.load();
+    const bool missedCycles = missed != m_missedSeen;
+    m_missedSeen = missed;
+    const std::uint64_t xruns = m_xruns.load();
+    const bool xrun = xruns != m_xrunsSeen;
+    m_xrunsSeen = xruns;
     for (const auto& open : m_ports.GetPorts()) {
         auto& port = static_cast<JackPort&>(*open);
         if (port.m_direction == MidiDirection::Input) {
@@ -404,6 +480,19 @@ void CJackMidiDriver::Pump()
         if (moved > port.m_accounted) {
             Account(port, moved - port.m_accounted);
             port.m_accounted = moved;
+        }
+        if (Refused(port)) {
+            continue;
+        }
+        if (missedCycles && !port.m_output.empty()) {
+            m_ports.Fail(port, "The JACK server ran a cycle without this program (it was late); "
+                               "bytes may have been lost or sent twice.");
+            continue;
+        }
+        if (xrun && port.m_physical && !port.m_output.empty()) {
+            m_ports.Fail(port, "The JACK server had an xrun while sending to a hardware port; "
+                               "bytes may have been lost or sent twice.");
+            continue;
         }
         if (serverGone) {
             // Nothing will ever take the rest: the buffers come back as

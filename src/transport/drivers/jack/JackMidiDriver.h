@@ -26,6 +26,14 @@ struct JackPort;
 // says why; it tries again at the next listing. Callbacks come from the
 // driver's thread, or for Open, Close, Reset and AddBuffer from within
 // that call.
+//
+// A cycle the server ran without our process callback (the client was late
+// on an asynchronous server, which then re-reads or skips our ports) may
+// have lost or repeated bytes: a send under way then fails, and a SysEx
+// message coming in counts a lost byte. An xrun of the server alone fails
+// only a send to a port of its own driver (a physical port, before a cable),
+// whose bridge was seen to repeat bytes across one; elsewhere every client
+// still ran each cycle and nothing was lost.
 class CJackMidiDriver : public CBufferedMidiDriver {
 public:
     static constexpr std::size_t kMaxOpenPorts = 32;
@@ -59,6 +67,9 @@ private:
 
     static int ProcessCallback(std::uint32_t frames, void* driver);
     static void ShutdownCallback(void* driver);
+    static int XrunCallback(void* driver);
+    // In the process callback: whether cycles ran without us since the last.
+    bool NoteCycle(std::uint32_t frames);
 
     // All with the ports' lock held.
     bool OpenClient();
@@ -73,6 +84,8 @@ private:
     // when it is gone for good.
     bool IsLinked(JackPort& port);
     void Account(JackPort& port, std::uint64_t bytes);
+    // Fails a send the bridge it goes to would drop.
+    bool Refused(JackPort& port);
 
     void Run();
     void Wake();
@@ -88,6 +101,15 @@ private:
     std::atomic<std::uint64_t> m_cyclesStarted{0};
     std::atomic<std::uint64_t> m_cyclesEnded{0};
     std::atomic<bool> m_serverGone{false};
+    std::atomic<_jack_client*> m_processClient{nullptr};
+    std::atomic<std::uint64_t> m_missedCycles{0};
+    // The process callback's own.
+    std::uint32_t m_nextCycleStart = 0;
+    bool m_cycleKnown = false;
+    std::atomic<std::uint64_t> m_xruns{0};
+    // The driver thread's: the counts when it last looked.
+    std::uint64_t m_missedSeen = 0;
+    std::uint64_t m_xrunsSeen = 0;
 
     sem_t m_wake;
     std::atomic<bool> m_stop{false};

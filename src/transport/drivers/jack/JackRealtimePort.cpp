@@ -28,6 +28,13 @@ bool CJackRealtimePort::Process(jack_nframes_t frames)
     return m_direction == MidiDirection::Input ? ProcessInput(buffer) : ProcessOutput(buffer);
 }
 
+void CJackRealtimePort::CyclesMissed()
+{
+    if (m_direction == MidiDirection::Input && m_inSysex) {
+        m_lost.fetch_add(1);
+    }
+}
+
 bool CJackRealtimePort::ProcessInput(void* buffer)
 {
     bool moved = false;
@@ -36,6 +43,12 @@ bool CJackRealtimePort::ProcessInput(void* buffer)
         jack_midi_event_t event;
         if (jack_midi_event_get(&event, buffer, i) != 0) {
             continue;
+        }
+        for (std::size_t at = 0; at < event.size; ++at) {
+            const std::uint8_t byte = event.buffer[at];
+            if (byte >= 0x80 && byte < 0xF8) { // real-time bytes do not end a message
+                m_inSysex = byte == 0xF0;
+            }
         }
         // Whole events or nothing: the thread is behind, and a part of an
         // event would only be joined to the wrong bytes.

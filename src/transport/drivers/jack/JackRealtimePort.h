@@ -29,6 +29,9 @@ public:
 
     // The process callback's part; true when bytes moved.
     bool Process(jack_nframes_t frames);
+    // Also the callback's: cycles ran without us. Input: a SysEx message
+    // under way lost their bytes, at least one.
+    void CyclesMissed();
 
     // The driver thread's part.
     // Input: hands over what the callback stored, in one or two pieces.
@@ -42,7 +45,8 @@ public:
     // nothing may be written until it has.
     void RequestFlush() { m_flushRequested.fetch_add(1); }
     bool IsFlushing() const { return m_flushRequested.load() != m_flushDone.load(); }
-    // Input: bytes of events dropped because the ring was full.
+    // Input: bytes of events dropped because the ring was full, and those
+    // counted for cycles missed.
     std::uint64_t GetLostBytes() const { return m_lost.load(); }
 
 private:
@@ -56,6 +60,7 @@ private:
     std::atomic<std::uint64_t> m_lost{0};
     std::atomic<std::uint32_t> m_flushRequested{0};
     std::atomic<std::uint32_t> m_flushDone{0};
+    bool m_inSysex = false; // input, as far as the callback has seen
 };
 
 } // namespace tarvix
