@@ -16,9 +16,6 @@ namespace tarvix {
 namespace {
 
 using test::MidiCallbackRecorder;
-using namespace std::chrono_literals;
-
-constexpr auto kLimit = 20s; // a hang fails, a slow machine does not
 
 std::vector<std::string> Names(IMidiDriver& driver, MidiDirection direction)
 {
